@@ -1,0 +1,3 @@
+# The SDK: headers, import libraries, DLLs, the simulator and a CMake package.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)

@@ -1,0 +1,1 @@
+# Native (Linux) build of the portable computing core: its tests and benchmarks only.
