@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test: the Windows binaries under Wine, and
+# the portable computing core natively under the address and undefined-behaviour sanitizers.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/common.sh
+
+ensure_packages
+
+cmake --preset mingw >/dev/null
+cmake --build --preset mingw
+
+trap stop_wine_servers EXIT
+start_wine_server build/mingw main
+start_wine_server build/mingw bare
+ctest --preset mingw
+
+cmake --preset native >/dev/null
+cmake --build --preset native
+ctest --preset native

@@ -1,0 +1,223 @@
+// COstrelCal against an in-process fake: reference counting, the count's clamp at zero and the
+// release of the library's COM apartment.
+#include <ostrel.h>
+
+#include <objbase.h>
+
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "calibration_objects.h"
+#include "fake_calibration.h"
+#include "module_state.h"
+
+namespace {
+
+bool ThreadHasApartment() {
+    APTTYPE type;
+    APTTYPEQUALIFIER qualifier;
+    return SUCCEEDED(CoGetApartmentType(&type, &qualifier));
+}
+
+// The test thread holds its own apartment (the fake's class object needs one); the library then
+// joins it and must leave exactly once.
+class CalibrationHandle : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+        server = std::make_unique<fake::FakeCalibrationServer>();
+    }
+    void TearDown() override {
+        server.reset();
+        CoUninitialize();
+        EXPECT_FALSE(ThreadHasApartment()) << "the library left its apartment entered";
+        EXPECT_EQ(0, gCalRefs);
+        EXPECT_FALSE(gComInitialized);
+    }
+
+    fake::FakeCalibration& Object(size_t i) { return *server->Objects().at(i); }
+
+    std::unique_ptr<fake::FakeCalibrationServer> server;
+};
+
+TEST_F(CalibrationHandle, GetOstrelCalHoldsOneReferenceToANewObject) {
+    COstrelCal cal = GetOstrelCal();
+    ASSERT_TRUE(cal);
+    EXPECT_TRUE(cal != 0);
+    EXPECT_FALSE(cal == 0);
+    ASSERT_EQ(1u, server->Objects().size());
+    EXPECT_EQ(1u, Object(0).References());
+    EXPECT_EQ(1, gCalRefs);
+    EXPECT_TRUE(gComInitialized);
+
+    COstrelCal second = GetOstrelCal();
+    EXPECT_EQ(2u, server->Objects().size()) << "every call must create a new object";
+    EXPECT_EQ(2, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, CopiesShareTheObjectAndCountEachReference) {
+    COstrelCal original = GetOstrelCal();
+    {
+        COstrelCal copy(original);
+        EXPECT_EQ(2u, Object(0).References());
+        EXPECT_EQ(2, gCalRefs);
+        EXPECT_EQ(original.operator->(), copy.operator->());
+    }
+    EXPECT_EQ(1u, Object(0).References());
+    EXPECT_EQ(1, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, CopyingAnEmptyHandleCountsNothing) {
+    COstrelCal held = GetOstrelCal();
+    const COstrelCal empty;
+    COstrelCal copy(empty);
+    EXPECT_FALSE(copy);
+    EXPECT_EQ(1, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, AssignmentTakesTheNewObjectAndDropsTheOld) {
+    COstrelCal a = GetOstrelCal();
+    COstrelCal b = GetOstrelCal();
+    a = b;
+    EXPECT_EQ(0u, Object(0).References()) << "a's former object was not released";
+    EXPECT_EQ(2u, Object(1).References());
+    EXPECT_EQ(2, gCalRefs);
+
+    a = COstrelCal();
+    EXPECT_FALSE(a);
+    EXPECT_EQ(1u, Object(1).References());
+    EXPECT_EQ(1, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, SelfAssignmentKeepsTheObject) {
+    COstrelCal a = GetOstrelCal();
+    COstrelCal& alias = a;
+    a = alias;
+    ASSERT_TRUE(a);
+    EXPECT_EQ(1u, Object(0).References());
+    EXPECT_EQ(1, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, AssigningZeroReleasesAndAnyOtherNumberDoesNothing) {
+    COstrelCal cal = GetOstrelCal();
+    cal = 7;
+    EXPECT_TRUE(cal);
+    EXPECT_EQ(1u, Object(0).References());
+    cal = 0;
+    EXPECT_FALSE(cal);
+    EXPECT_TRUE(cal == 0);
+    EXPECT_EQ(0u, Object(0).References());
+    EXPECT_EQ(0, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, AnEmptyHandleCreatesItsObjectOnFirstUse) {
+    COstrelCal byArrow;
+    EXPECT_TRUE(server->Objects().empty());
+    IOsCalibration* object = byArrow.operator->();
+    ASSERT_NE(nullptr, object);
+    EXPECT_EQ(S_OK, byArrow->CalIsReady());
+    EXPECT_EQ(object, byArrow.operator->()) << "the handle must cache its object";
+
+    COstrelCal byGet;
+    EXPECT_TRUE(byGet.Get());
+    EXPECT_TRUE(byGet.Get());
+    EXPECT_EQ(2u, server->Objects().size());
+    EXPECT_EQ(2, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, ReleaseEmptiesTheHandleOnce) {
+    COstrelCal cal = GetOstrelCal();
+    cal.Release();
+    cal.Release();
+    EXPECT_FALSE(cal);
+    EXPECT_EQ(0u, Object(0).References());
+    EXPECT_EQ(0, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, DroppingMoreReferencesThanCountedNeverGoesBelowZero) {
+    IOsCalibration* raw = CreateOstrelCal();
+    ASSERT_NE(nullptr, raw);
+    raw->AddRef(); // a reference the library never counted
+    DropOstrelCal(raw);
+    DropOstrelCal(raw);
+    EXPECT_EQ(0, gCalRefs);
+
+    // The count still works after the clamp: one handle counts one.
+    COstrelCal cal = GetOstrelCal();
+    EXPECT_EQ(1, gCalRefs);
+}
+
+TEST_F(CalibrationHandle, TheLastReferenceLeavesTheApartmentOnce) {
+    COstrelCal cal = GetOstrelCal();
+    COstrelCal copy = cal;
+    copy.Release();
+    EXPECT_TRUE(gComInitialized) << "a reference is still held";
+    cal.Release();
+    EXPECT_FALSE(gComInitialized);
+    // The library joined the test's apartment; leaving once must leave the test's entry in place.
+    EXPECT_TRUE(ThreadHasApartment());
+}
+
+TEST_F(CalibrationHandle, ALiveConnectionKeepsTheApartment) {
+    gHostRefs = 1;
+    {
+        COstrelCal cal = GetOstrelCal();
+    }
+    EXPECT_TRUE(gComInitialized);
+    gHostRefs = 0;
+
+    // The next calibration reference to go releases it.
+    COstrelCal cal = GetOstrelCal();
+    cal.Release();
+    EXPECT_FALSE(gComInitialized);
+}
+
+TEST_F(CalibrationHandle, AServerThatRefusesGivesAnEmptyHandle) {
+    server->RefuseCreation(true);
+    COstrelCal cal = GetOstrelCal();
+    EXPECT_FALSE(cal);
+    EXPECT_TRUE(cal == 0);
+    EXPECT_FALSE(cal != 0);
+    EXPECT_EQ(nullptr, cal.operator->());
+    EXPECT_FALSE(cal.Get());
+    EXPECT_EQ(0, gCalRefs);
+    // The apartment entered for the attempt stays until a reference is dropped.
+    EXPECT_TRUE(gComInitialized);
+
+    server->RefuseCreation(false);
+    EXPECT_TRUE(cal.Get());
+    cal.Release();
+    EXPECT_FALSE(gComInitialized);
+}
+
+// On a thread already in the multithreaded apartment the library can't enter its own.
+TEST(CalibrationApartment, AThreadInTheMultithreadedApartmentGetsAnEmptyHandle) {
+    ASSERT_FALSE(gComInitialized);
+    bool empty = false;
+    std::thread worker([&] {
+        ASSERT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        COstrelCal cal = GetOstrelCal();
+        empty = !cal;
+        CoUninitialize();
+    });
+    worker.join();
+    EXPECT_TRUE(empty);
+    EXPECT_FALSE(gComInitialized);
+}
+
+// operator== and operator!= both answer false for any number but 0, empty or not.
+class CalibrationComparison : public CalibrationHandle, public testing::WithParamInterface<int> {};
+
+TEST_P(CalibrationComparison, NonZeroComparesFalseBothWays) {
+    COstrelCal empty;
+    COstrelCal full = GetOstrelCal();
+    for (COstrelCal* cal : {&empty, &full}) {
+        EXPECT_FALSE(*cal == GetParam());
+        EXPECT_FALSE(*cal != GetParam());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, CalibrationComparison, testing::Values(1, -1, 7));
+
+} // namespace
