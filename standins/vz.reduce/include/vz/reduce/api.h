@@ -1,0 +1,8 @@
+#pragma once
+
+// What vz.reduce.dll exports; its own sources are built with VZ_REDUCE_BUILDING defined.
+#if defined(VZ_REDUCE_BUILDING)
+#define VZ_REDUCE_API __declspec(dllexport)
+#else
+#define VZ_REDUCE_API __declspec(dllimport)
+#endif

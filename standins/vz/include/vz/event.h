@@ -1,0 +1,51 @@
+#pragma once
+
+#include <vz/array.h>
+#include <vz/handler.h>
+
+namespace vz {
+
+class IInvoker;
+
+// An event with one argument besides the sender. The host attaches handlers; whoever raises
+// the event walks the records and calls each handler directly or through its invoker.
+template <class T> class event1 {
+public:
+    struct HANDLER {
+        IHandler2<void*, T>* handler;
+        // Null: the handler runs on the raising thread.
+        IInvoker* invoker;
+        // Through an invoker: post instead of waiting for the handler.
+        bool asynchronous;
+    };
+
+    event1() : m_handlers(5) {}
+
+    // Keeps the caller's pointer: the handler must stay alive while attached.
+    bool Attach(IHandler2<void*, T>* handler, IInvoker* invoker = nullptr,
+                bool asynchronous = false) {
+        if (handler == nullptr) {
+            return false;
+        }
+        return m_handlers.Add(HANDLER{handler, invoker, asynchronous});
+    }
+
+    // Removes the first record whose handler IsSame as handler.
+    bool Detach(const IHandler2<void*, T>* handler) {
+        for (unsigned i = 0; i < m_handlers.GetCount(); ++i) {
+            if (m_handlers[i].handler->IsSame(handler)) {
+                return m_handlers.RemoveAt(i);
+            }
+        }
+        return false;
+    }
+
+    unsigned GetCount() const { return m_handlers.GetCount(); }
+    HANDLER& operator[](unsigned index) { return m_handlers[index]; }
+    const HANDLER& operator[](unsigned index) const { return m_handlers[index]; }
+
+private:
+    TArray<HANDLER> m_handlers;
+};
+
+} // namespace vz

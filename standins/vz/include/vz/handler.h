@@ -1,0 +1,70 @@
+#pragma once
+
+#include <vz/exception.h>
+
+namespace vz {
+
+// A polymorphic call target taking two arguments. Clones are owned by whoever asked for them
+// and are disposed of with Destroy.
+template <class A, class B> class IHandler2 {
+public:
+    virtual ~IHandler2() = default;
+    virtual void Invoke(A first, B second) = 0;
+    // True when other calls the same target.
+    virtual bool IsSame(const IHandler2* other) const = 0;
+    virtual IHandler2* Clone() const = 0;
+    virtual void Destroy() = 0;
+};
+
+// Calls a free function.
+template <class A, class B> class TFunctionHandler2 final : public IHandler2<A, B> {
+public:
+    using Function = void (*)(A, B);
+
+    explicit TFunctionHandler2(Function function) : m_function(function) {
+        if (function == nullptr) {
+            throw CException(L"A function handler needs a function.");
+        }
+    }
+
+    void Invoke(A first, B second) override { m_function(first, second); }
+
+    bool IsSame(const IHandler2<A, B>* other) const override {
+        const auto* same = dynamic_cast<const TFunctionHandler2*>(other);
+        return same != nullptr && same->m_function == m_function;
+    }
+
+    IHandler2<A, B>* Clone() const override { return new TFunctionHandler2(*this); }
+    void Destroy() override { delete this; }
+
+private:
+    Function m_function;
+};
+
+// Calls a member function on an object that the handler does not own.
+template <class C, class A, class B> class TMemberHandler2 final : public IHandler2<A, B> {
+public:
+    using Method = void (C::*)(A, B);
+
+    TMemberHandler2(C* object, Method method) : m_object(object), m_method(method) {
+        if (object == nullptr || method == nullptr) {
+            throw CException(L"A member handler needs an object and a member function.");
+        }
+    }
+
+    void Invoke(A first, B second) override { (m_object->*m_method)(first, second); }
+
+    bool IsSame(const IHandler2<A, B>* other) const override {
+        const auto* same = dynamic_cast<const TMemberHandler2*>(other);
+        return same != nullptr && same->m_object == m_object && same->m_method == m_method;
+    }
+
+    IHandler2<A, B>* Clone() const override { return new TMemberHandler2(*this); }
+    void Destroy() override { delete this; }
+
+private:
+    C* m_object;
+    Method m_method;
+};
+
+} // namespace vz

@@ -1,0 +1,215 @@
+#include <vz/invoker.h>
+
+#include <vz/log.h>
+
+#include "exclusive_lock.h"
+#include "unique_handle.h"
+
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+
+// The start of this module's image, which is its instance handle.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace vz {
+
+CMessageQueueInvoker messageQueueInvoker;
+
+namespace {
+
+const wchar_t kWindowClass[] = L"vzMessageQueueInvoker";
+// Asks the window to run the queued calls.
+const UINT kRunQueuedCalls = WM_USER;
+
+HINSTANCE ThisModule() {
+    return reinterpret_cast<HINSTANCE>(&__ImageBase);
+}
+
+void RequireCall(const IInvokable* call) {
+    if (call == nullptr) {
+        throw CException(L"The call to run is null.");
+    }
+}
+
+CException NotAttached() {
+    return CException(L"No thread is attached to the invoker.");
+}
+
+} // namespace
+
+struct CMessageQueueInvoker::Completion {
+    UniqueHandle done;
+    std::exception_ptr error;
+};
+
+IInvoker::~IInvoker() = default;
+
+CMessageQueueInvoker::CMessageQueueInvoker()
+    : m_window(nullptr), m_threadId(0), m_queue(kGrowByDoubling) {
+    InitializeSRWLock(&m_lock);
+}
+
+CMessageQueueInvoker::~CMessageQueueInvoker() {
+    if (m_window != nullptr) {
+        if (m_threadId == GetCurrentThreadId()) {
+            DestroyWindow(m_window);
+        } else {
+            // Only its own thread may destroy the window; at least it must not reach us again.
+            SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
+        }
+    }
+    for (unsigned i = 0; i < m_queue.GetCount(); ++i) {
+        const QueuedCall& queued = m_queue[i];
+        if (queued.completion != nullptr) {
+            queued.completion->error = std::make_exception_ptr(
+                CException(L"The invoker was destroyed before running the call."));
+            SetEvent(queued.completion->done.get());
+        } else if (queued.owned) {
+            delete queued.call;
+        }
+    }
+}
+
+void CMessageQueueInvoker::Invoke(IInvokable* call) {
+    RequireCall(call);
+    Completion completion;
+    {
+        ExclusiveLock lock(m_lock);
+        if (m_window == nullptr) {
+            throw NotAttached();
+        }
+        if (m_threadId != GetCurrentThreadId()) {
+            completion.done.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+            if (!completion.done) {
+                throw CException(L"Cannot create the event to wait for the call.");
+            }
+            Enqueue(QueuedCall{call, false, &completion});
+        }
+    }
+    if (!completion.done) {
+        call->Invoke();
+        return;
+    }
+    WaitForSingleObject(completion.done.get(), INFINITE);
+    if (completion.error) {
+        std::rethrow_exception(completion.error);
+    }
+}
+
+void CMessageQueueInvoker::Post(IInvokable* call, bool takeOwnership) {
+    RequireCall(call);
+    std::unique_ptr<IInvokable> owned(takeOwnership ? call : nullptr);
+    ExclusiveLock lock(m_lock);
+    Enqueue(QueuedCall{call, takeOwnership, nullptr});
+    owned.release();
+}
+
+bool CMessageQueueInvoker::AttachToCurrentThread() {
+    WNDCLASSW windowClass{};
+    windowClass.lpfnWndProc = WindowProc;
+    windowClass.hInstance = ThisModule();
+    windowClass.lpszClassName = kWindowClass;
+    if (RegisterClassW(&windowClass) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+        return false;
+    }
+    UniqueWindow window(CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                        ThisModule(), this));
+    if (!window) {
+        return false;
+    }
+    ExclusiveLock lock(m_lock);
+    if (m_window != nullptr) {
+        return false;
+    }
+    m_window = window.release();
+    m_threadId = GetCurrentThreadId();
+    if (m_queue.GetCount() != 0) {
+        PostMessageW(m_window, kRunQueuedCalls, 0, 0);
+    }
+    return true;
+}
+
+bool CMessageQueueInvoker::Detach() {
+    UniqueWindow window;
+    {
+        ExclusiveLock lock(m_lock);
+        if (m_window == nullptr || m_threadId != GetCurrentThreadId()) {
+            return false;
+        }
+        window.reset(m_window);
+        m_window = nullptr;
+        m_threadId = 0;
+    }
+    RunQueuedCalls();
+    return true;
+}
+
+void CMessageQueueInvoker::Enqueue(const QueuedCall& call) {
+    const bool wasEmpty = m_queue.GetCount() == 0;
+    if (!m_queue.Add(call)) {
+        throw std::bad_alloc();
+    }
+    // The window empties the whole queue, so one request is enough until it is empty again.
+    if (wasEmpty && m_window != nullptr) {
+        PostMessageW(m_window, kRunQueuedCalls, 0, 0);
+    }
+}
+
+void CMessageQueueInvoker::RunQueuedCalls() {
+    for (;;) {
+        QueuedCall next;
+        {
+            ExclusiveLock lock(m_lock);
+            if (m_queue.GetCount() == 0) {
+                return;
+            }
+            next = m_queue[0];
+            m_queue.RemoveAt(0);
+        }
+        Run(next);
+    }
+}
+
+void CMessageQueueInvoker::Run(const QueuedCall& queued) {
+    if (queued.completion != nullptr) {
+        try {
+            queued.call->Invoke();
+        } catch (...) {
+            queued.completion->error = std::current_exception();
+        }
+        // The waiting caller may end the completion's life as soon as it is signalled.
+        SetEvent(queued.completion->done.get());
+        return;
+    }
+    std::unique_ptr<IInvokable> owned(queued.owned ? queued.call : nullptr);
+    // Nobody waits for a posted call, so its failure can only be reported.
+    try {
+        queued.call->Invoke();
+    } catch (const CException& error) {
+        gLog->WriteLine(
+            (std::wstring(L"A posted call failed: ") + error.Message().c_str()).c_str());
+    } catch (...) {
+        gLog->WriteLine(L"A posted call failed with an exception.");
+    }
+}
+
+LRESULT CALLBACK CMessageQueueInvoker::WindowProc(HWND window, UINT message, WPARAM wParam,
+                                                  LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        SetWindowLongPtrW(window, GWLP_USERDATA,
+                          reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+    } else if (message == kRunQueuedCalls) {
+        auto* invoker =
+            reinterpret_cast<CMessageQueueInvoker*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (invoker != nullptr) {
+            invoker->RunQueuedCalls();
+        }
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+} // namespace vz

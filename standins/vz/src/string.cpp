@@ -1,0 +1,46 @@
+#include <vz/string.h>
+
+#include <cwchar>
+
+namespace vz {
+
+namespace {
+
+wchar_t* CopyText(const wchar_t* text) {
+    const std::size_t length = text == nullptr ? 0 : std::wcslen(text);
+    auto* copy = new wchar_t[length + 1];
+    if (length != 0) {
+        std::wmemcpy(copy, text, length);
+    }
+    copy[length] = L'\0';
+    return copy;
+}
+
+} // namespace
+
+CString::CString() : m_text(CopyText(nullptr)) {}
+
+CString::CString(const wchar_t* text) : m_text(CopyText(text)) {}
+
+CString::CString(const CString& other) : m_text(CopyText(other.m_text)) {}
+
+CString& CString::operator=(const CString& other) {
+    wchar_t* copy = CopyText(other.m_text);
+    delete[] m_text;
+    m_text = copy;
+    return *this;
+}
+
+CString::~CString() {
+    delete[] m_text;
+}
+
+unsigned CString::GetLength() const {
+    return static_cast<unsigned>(std::wcslen(m_text));
+}
+
+bool CString::operator==(const CString& other) const {
+    return std::wcscmp(m_text, other.m_text) == 0;
+}
+
+} // namespace vz

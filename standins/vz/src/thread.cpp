@@ -1,0 +1,9 @@
+#include <vz/thread.h>
+
+namespace vz {
+
+void CThread::Yield() {
+    SwitchToThread();
+}
+
+} // namespace vz

@@ -1,0 +1,95 @@
+#include <vz/event.h>
+#include <vz/invoker.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Value = unsigned long long;
+
+struct Listener {
+    void OnEvent(void*, Value) {}
+    void OnOtherEvent(void*, Value) {}
+};
+
+using Member = vz::TMemberHandler2<Listener, void*, Value>;
+
+class Event : public testing::Test {
+protected:
+    Listener m_first;
+    Listener m_second;
+    Member m_firstHandler{&m_first, &Listener::OnEvent};
+    Member m_secondHandler{&m_second, &Listener::OnEvent};
+    Member m_firstOtherHandler{&m_first, &Listener::OnOtherEvent};
+    vz::CMessageQueueInvoker m_invoker;
+    vz::event1<Value> m_event;
+};
+
+TEST_F(Event, AttachKeepsTheCallersPointerAndOptions) {
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
+    ASSERT_TRUE(m_event.Attach(&m_secondHandler, &m_invoker, true));
+
+    ASSERT_EQ(m_event.GetCount(), 2u);
+    EXPECT_EQ(m_event[0].handler, &m_firstHandler);
+    EXPECT_EQ(m_event[0].invoker, nullptr);
+    EXPECT_FALSE(m_event[0].asynchronous);
+    EXPECT_EQ(m_event[1].handler, &m_secondHandler);
+    EXPECT_EQ(m_event[1].invoker, &m_invoker);
+    EXPECT_TRUE(m_event[1].asynchronous);
+}
+
+TEST_F(Event, DetachRemovesTheFirstRecordWithTheSameHandler) {
+    ASSERT_TRUE(m_event.Attach(&m_firstOtherHandler));
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
+    ASSERT_TRUE(m_event.Attach(&m_secondHandler));
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler, &m_invoker));
+
+    // A distinct handler object calling the same target counts as the same handler.
+    const Member equalToFirst(&m_first, &Listener::OnEvent);
+    ASSERT_TRUE(m_event.Detach(&equalToFirst));
+
+    ASSERT_EQ(m_event.GetCount(), 3u);
+    EXPECT_EQ(m_event[0].handler, &m_firstOtherHandler);
+    EXPECT_EQ(m_event[1].handler, &m_secondHandler);
+    EXPECT_EQ(m_event[2].handler, &m_firstHandler);
+    EXPECT_EQ(m_event[2].invoker, &m_invoker);
+}
+
+TEST_F(Event, NullOrUnknownHandlersChangeNothing) {
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
+    const vz::TFunctionHandler2<void*, Value> unknown([](void*, Value) {});
+
+    EXPECT_FALSE(m_event.Attach(nullptr));
+    EXPECT_FALSE(m_event.Detach(&m_secondHandler));
+    EXPECT_FALSE(m_event.Detach(&unknown));
+    EXPECT_FALSE(m_event.Detach(nullptr));
+    EXPECT_EQ(m_event.GetCount(), 1u);
+}
+
+TEST_F(Event, RecordAccessPastTheCountThrows) {
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
+    const vz::event1<Value>& readOnly = m_event;
+
+    EXPECT_THROW(m_event[1], vz::CException);
+    EXPECT_THROW(readOnly[1], vz::CException);
+}
+
+TEST_F(Event, CopiesShareHandlersButNotRecords) {
+    ASSERT_TRUE(m_event.Attach(&m_firstHandler, &m_invoker, true));
+    ASSERT_TRUE(m_event.Attach(&m_secondHandler));
+
+    vz::event1<Value> copy(m_event);
+    vz::event1<Value> assigned;
+    assigned = m_event;
+    ASSERT_TRUE(m_event.Detach(&m_firstHandler));
+
+    for (const vz::event1<Value>* event : {&copy, &assigned}) {
+        ASSERT_EQ(event->GetCount(), 2u);
+        EXPECT_EQ((*event)[0].handler, &m_firstHandler);
+        EXPECT_EQ((*event)[0].invoker, &m_invoker);
+        EXPECT_TRUE((*event)[0].asynchronous);
+        EXPECT_EQ((*event)[1].handler, &m_secondHandler);
+    }
+}
+
+} // namespace
