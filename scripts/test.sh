@@ -13,6 +13,7 @@ cmake --build --preset mingw
 trap stop_wine_servers EXIT
 start_wine_server build/mingw main
 start_wine_server build/mingw bare
+start_wine_server build/mingw lifetime
 ctest --preset mingw
 
 cmake --preset native >/dev/null

@@ -1,0 +1,81 @@
+// camsim.exe: the camera-server simulator. "/RegServer" and "/UnregServer" manage its
+// registration; COM starts it with "-Embedding" to serve; "/Serve" serves until ended.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "local_server.h"
+#include "registration.h"
+#include "unique_resources.h"
+
+namespace {
+
+// Built as a windowed program so that COM starting it never opens a console. Messages go to
+// the standard error the caller gave us, else to the console of the shell that ran us.
+void PrintLine(std::string_view text) {
+    HANDLE output = GetStdHandle(STD_ERROR_HANDLE);
+    camsim::UniqueHandle console;
+    if (output == nullptr || output == INVALID_HANDLE_VALUE) {
+        if (!AttachConsole(ATTACH_PARENT_PROCESS)) {
+            return;
+        }
+        output = CreateFileW(L"CONOUT$", GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                             nullptr);
+        if (output == INVALID_HANDLE_VALUE) {
+            return;
+        }
+        console.Reset(output);
+    }
+    const std::string line = std::string(text) + "\r\n";
+    DWORD written = 0;
+    WriteFile(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+}
+
+int ReportRegistration(const char* command, const camsim::RegistrationResult& outcome) {
+    if (SUCCEEDED(outcome.result)) {
+        return 0;
+    }
+    char line[256];
+    std::snprintf(line, sizeof(line), "camsim: %s failed while %s (HRESULT 0x%08lX)", command,
+                  outcome.step, static_cast<unsigned long>(outcome.result));
+    PrintLine(line);
+    return 1;
+}
+
+bool IsSwitch(const wchar_t* argument, std::wstring_view name) {
+    if (argument[0] != L'/' && argument[0] != L'-') {
+        return false;
+    }
+    const std::wstring_view rest(argument + 1);
+    return rest.size() == name.size() &&
+           CompareStringOrdinal(rest.data(), static_cast<int>(rest.size()), name.data(),
+                                static_cast<int>(name.size()), TRUE) == CSTR_EQUAL;
+}
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+    int count = 0;
+    const camsim::UniqueArgv arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (arguments && count == 2) {
+        const wchar_t* argument = arguments.Get()[1];
+        if (IsSwitch(argument, L"RegServer")) {
+            return ReportRegistration("/RegServer", camsim::RegisterServer());
+        }
+        if (IsSwitch(argument, L"UnregServer")) {
+            return ReportRegistration("/UnregServer", camsim::UnregisterServer());
+        }
+        if (IsSwitch(argument, L"Embedding")) {
+            return camsim::RunLocalServer(camsim::Lifetime::UntilLastRelease);
+        }
+        if (IsSwitch(argument, L"Serve")) {
+            return camsim::RunLocalServer(camsim::Lifetime::UntilEnded);
+        }
+    }
+    PrintLine("usage: camsim /RegServer | /UnregServer | /Serve (COM starts it with -Embedding)");
+    return 2;
+}

@@ -1,0 +1,30 @@
+// A client's named file mapping, opened and mapped for the length of one call.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+
+#include "unique_resources.h"
+
+namespace camsim {
+
+class MappedTable {
+public:
+    // Empty when no mapping has that name, it cannot be mapped with `viewAccess`
+    // (FILE_MAP_READ or FILE_MAP_WRITE), or it is shorter than `bytes`.
+    static std::optional<MappedTable> Open(const wchar_t* name, std::size_t bytes,
+                                           DWORD viewAccess);
+
+    void* Data() const { return view_.Get(); }
+
+private:
+    MappedTable(UniqueHandle mapping, UniqueMappedView view)
+        : mapping_(std::move(mapping)), view_(std::move(view)) {}
+
+    UniqueHandle mapping_;
+    UniqueMappedView view_;
+};
+
+} // namespace camsim

@@ -1,0 +1,46 @@
+// IUnknown for the server's objects: one interface besides IUnknown, a thread-safe count, and
+// a server reference that keeps the process running while the object lives.
+#pragma once
+
+#include <unknwn.h>
+
+#include <atomic>
+
+#include "server_lifetime.h"
+
+namespace camsim {
+
+template <typename Derived, typename Interface> class ServerObject : public Interface {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final {
+        if (object == nullptr) {
+            return E_POINTER;
+        }
+        if (iid == IID_IUnknown || iid == __uuidof(Interface)) {
+            *object = static_cast<Interface*>(this);
+            AddRef();
+            return S_OK;
+        }
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() final {
+        const ULONG left = --references_;
+        if (left == 0) {
+            delete static_cast<Derived*>(this);
+        }
+        return left;
+    }
+
+protected:
+    // Created holding the creator's reference.
+    ServerObject() = default;
+    ~ServerObject() = default;
+
+private:
+    std::atomic<ULONG> references_{1};
+    ServerReference serverReference_;
+};
+
+} // namespace camsim
