@@ -6,7 +6,6 @@
 
 #include <windows.h>
 
-#include <atomic>
 
 namespace vz {
 
@@ -33,9 +32,10 @@ public:
     static T* GetInstance();
     static void Delete(T* instance);
 
-    T* operator->() const { return GetInstance(); }
-    T& operator*() const { return *GetInstance(); }
-    operator T*() const { return GetInstance(); }
+    // Defined out of the class, so that a library exporting an instantiation exports these too.
+    T* operator->() const;
+    T& operator*() const;
+    operator T*() const;
 
     static T* m_pInst;
     static LONG m_InstFirst;
@@ -55,25 +55,42 @@ template <class T, unsigned Order, int Flags, class PostCreate>
 LONG TSingletonPtr<T, Order, Flags, PostCreate>::m_InstDone = 0;
 
 // If T's constructor throws, the instance is never made and later callers wait for ever.
+// The Interlocked functions are full barriers, so the flags publish the instance safely.
 template <class T, unsigned Order, int Flags, class PostCreate>
 T* TSingletonPtr<T, Order, Flags, PostCreate>::GetInstance() {
-    if (T* instance = std::atomic_ref<T*>(m_pInst).load(std::memory_order_acquire)) {
-        return instance;
+    void* volatile* instance = reinterpret_cast<void* volatile*>(&m_pInst);
+    if (void* made = InterlockedCompareExchangePointer(instance, nullptr, nullptr)) {
+        return static_cast<T*>(made);
     }
-    if (std::atomic_ref<LONG>(m_InstFirst).exchange(1) == 0) {
-        T* instance = new T;
-        std::atomic_ref<T*>(m_pInst).store(instance, std::memory_order_release);
+    if (InterlockedExchange(&m_InstFirst, 1) == 0) {
+        T* made = new T;
+        InterlockedExchangePointer(instance, made);
         // Waiting threads are released even if the registration throws.
         struct ReleaseWaiters {
-            ~ReleaseWaiters() { std::atomic_ref<LONG>(m_InstDone).store(1); }
+            ~ReleaseWaiters() { InterlockedExchange(&m_InstDone, 1); }
         } releaseWaiters;
-        Private::DeleteAtExit(instance, Order, &DeleteErased);
-    } else {
-        while (std::atomic_ref<LONG>(m_InstDone).load() != 1) {
-            CThread::Yield();
-        }
+        Private::DeleteAtExit(made, Order, &DeleteErased);
+        return made;
     }
-    return std::atomic_ref<T*>(m_pInst).load(std::memory_order_acquire);
+    while (InterlockedCompareExchange(&m_InstDone, 0, 0) != 1) {
+        CThread::Yield();
+    }
+    return m_pInst;
+}
+
+template <class T, unsigned Order, int Flags, class PostCreate>
+T* TSingletonPtr<T, Order, Flags, PostCreate>::operator->() const {
+    return GetInstance();
+}
+
+template <class T, unsigned Order, int Flags, class PostCreate>
+T& TSingletonPtr<T, Order, Flags, PostCreate>::operator*() const {
+    return *GetInstance();
+}
+
+template <class T, unsigned Order, int Flags, class PostCreate>
+TSingletonPtr<T, Order, Flags, PostCreate>::operator T*() const {
+    return GetInstance();
 }
 
 template <class T, unsigned Order, int Flags, class PostCreate>

@@ -1,0 +1,103 @@
+#include "host_connection.h"
+
+#include <vz/log.h>
+
+#include "com_apartment.h"
+#include "global_lock.h"
+#include "module_state.h"
+#include "pleora_check.h"
+
+IGlobalInterfaceTable* gInterfaceTable = nullptr;
+DWORD gHostCookie = 0;
+DWORD gHostThreadId = 0;
+
+namespace {
+
+bool MeetsMinimumVersion(DWORD major, DWORD minor, DWORD build) {
+    return major > 5 || (major == 5 && (minor > 90 || (minor == 90 && build >= 4)));
+}
+
+// Gives up a connection attempt. The apartment entered for it stays.
+IOstrelHost* Abandon() {
+    gOstrelHost->Release();
+    gOstrelHost = nullptr;
+    return nullptr;
+}
+
+} // namespace
+
+IOstrelHost* ConnectOstrel() {
+    if (gOstrelHost != nullptr) {
+        ++gHostRefs;
+        gOstrelHost->AddRef();
+        return gOstrelHost;
+    }
+    if (!EnsureComApartment()) {
+        return nullptr;
+    }
+    if (FAILED(CoCreateInstance(CLSID_OstrelHost, nullptr, CLSCTX_LOCAL_SERVER, IID_IOstrelHost,
+                                reinterpret_cast<void**>(&gOstrelHost)))) {
+        gOstrelHost = nullptr;
+        return nullptr;
+    }
+    ULONG major = 0, minor = 0, build = 0;
+    if (FAILED(gOstrelHost->GetServerVersion(&major, &minor, &build))) {
+        return Abandon();
+    }
+    gServerMajor = major;
+    gServerMinor = minor;
+    gServerBuild = build;
+    if (!MeetsMinimumVersion(major, minor, build)) {
+        return Abandon();
+    }
+    if (!PleoraCompatible(major, minor, ReadCyCamLibVersion().dwFileVersionMS)) {
+        if (vz::gLog->getVerbose()) {
+            vz::gLog->WriteLine(
+                L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance");
+        }
+        return Abandon();
+    }
+    if (FAILED(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
+                                IID_IGlobalInterfaceTable,
+                                reinterpret_cast<void**>(&gInterfaceTable)))) {
+        gInterfaceTable = nullptr;
+        return Abandon();
+    }
+    if (FAILED(gInterfaceTable->RegisterInterfaceInGlobal(gOstrelHost, IID_IOstrelHost,
+                                                          &gHostCookie))) {
+        gInterfaceTable->Release();
+        gInterfaceTable = nullptr;
+        return Abandon();
+    }
+    gHostRefs = 1;
+    gHostThreadId = GetCurrentThreadId();
+    OstrelSection();
+    gOstrelHost->AddRef();
+    return gOstrelHost;
+}
+
+void ReleaseOstrelHost(IOstrelHost* host) {
+    if (host == nullptr) {
+        return;
+    }
+    host->Release();
+    if (gOstrelHost == nullptr || gHostRefs.fetch_sub(1) != 1) {
+        return;
+    }
+    gInterfaceTable->RevokeInterfaceFromGlobal(gHostCookie);
+    gInterfaceTable->Release();
+    gInterfaceTable = nullptr;
+    gOstrelHost->Release();
+    gOstrelHost = nullptr;
+    LeaveComApartmentIfUnused();
+}
+
+IOstrelHost* HostProxyForThisThread() {
+    IOstrelHost* proxy = nullptr;
+    if (gInterfaceTable == nullptr ||
+        FAILED(gInterfaceTable->GetInterfaceFromGlobal(gHostCookie, IID_IOstrelHost,
+                                                       reinterpret_cast<void**>(&proxy)))) {
+        return nullptr;
+    }
+    return proxy;
+}

@@ -1,0 +1,292 @@
+// The connection to the simulator's main object: version floor, Pleora check, sharing across
+// threads and teardown, with the connection's module state in view.
+#include <ostrel.h>
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <vz/log.h>
+
+#include "host_connection.h"
+#include "module_state.h"
+
+namespace {
+
+const wchar_t kSimulatorKey[] = L"Software\\CamSim";
+
+// The version the simulator reports for host objects created while this lives.
+class SimulatorVersion {
+public:
+    explicit SimulatorVersion(const std::wstring& version) {
+        RegSetKeyValueW(HKEY_CURRENT_USER, kSimulatorKey, L"ServerVersion", REG_SZ,
+                        version.c_str(), DWORD((version.size() + 1) * sizeof(wchar_t)));
+    }
+    ~SimulatorVersion() { RegDeleteKeyValueW(HKEY_CURRENT_USER, kSimulatorKey, L"ServerVersion"); }
+};
+
+// Puts one flavour of CyCamLib.dll on the search path (as the current directory) while it lives.
+class CyCamLibOnPath {
+public:
+    explicit CyCamLibOnPath(const std::string& flavour) {
+        wchar_t exe[MAX_PATH];
+        GetModuleFileNameW(nullptr, exe, MAX_PATH);
+        const auto folder = std::filesystem::path(exe).parent_path().parent_path() / "cycamlib" /
+                            flavour;
+        GetCurrentDirectoryW(MAX_PATH, mPrevious);
+        EXPECT_TRUE(std::filesystem::exists(folder / "CyCamLib.dll")) << folder;
+        SetCurrentDirectoryW(folder.c_str());
+    }
+    ~CyCamLibOnPath() { SetCurrentDirectoryW(mPrevious); }
+
+private:
+    wchar_t mPrevious[MAX_PATH];
+};
+
+// Collects what the in-house log writes.
+class LogCapture {
+public:
+    explicit LogCapture(bool verbose) {
+        vz::gLog->setVerbose(verbose);
+        vz::gLog->SetWriter([](const wchar_t* line, void* lines) {
+            static_cast<std::vector<std::wstring>*>(lines)->push_back(line);
+        }, &mLines);
+    }
+    ~LogCapture() {
+        vz::gLog->SetWriter(nullptr, nullptr);
+        vz::gLog->setVerbose(false);
+    }
+    const std::vector<std::wstring>& Lines() const { return mLines; }
+
+private:
+    std::vector<std::wstring> mLines;
+};
+
+const std::wstring kPleoraLine =
+    L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance";
+
+void ExpectNoConnectionState() {
+    EXPECT_EQ(nullptr, gOstrelHost);
+    EXPECT_EQ(nullptr, gInterfaceTable);
+    EXPECT_EQ(0u, gHostRefs.load());
+}
+
+struct VersionCase {
+    const wchar_t* server;
+    const char* cyCamLib; // flavour on the search path, or nullptr for none
+    bool connects;
+};
+
+void PrintTo(const VersionCase& c, std::ostream* os) {
+    *os << std::filesystem::path(c.server).string() << " with CyCamLib "
+        << (c.cyCamLib ? c.cyCamLib : "absent");
+}
+
+class ConnectionRules : public testing::TestWithParam<VersionCase> {};
+
+TEST_P(ConnectionRules, DecideWhetherTheServerIsUsed) {
+    const VersionCase& c = GetParam();
+    SimulatorVersion version(c.server);
+    std::unique_ptr<CyCamLibOnPath> library;
+    if (c.cyCamLib != nullptr) {
+        library = std::make_unique<CyCamLibOnPath>(c.cyCamLib);
+    }
+    LogCapture log(true);
+    {
+        COstrel host = GetOstrel();
+        EXPECT_EQ(c.connects, static_cast<bool>(host));
+        unsigned long major = 0, minor = 0, build = 0;
+        EXPECT_EQ(c.connects, GetOstrelVersion(major, minor, build));
+        const bool pleoraRefusal = !c.connects && c.cyCamLib != nullptr &&
+                                   std::wstring(c.server) >= L"5.90.4";
+        EXPECT_EQ(pleoraRefusal ? std::vector<std::wstring>{kPleoraLine}
+                                : std::vector<std::wstring>{},
+                  log.Lines());
+    }
+    ExpectNoConnectionState();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Matrix, ConnectionRules,
+    testing::Values(VersionCase{L"5.90.3", nullptr, false}, VersionCase{L"5.89.99", nullptr, false},
+                    VersionCase{L"4.99.99", nullptr, false}, VersionCase{L"5.90.4", nullptr, true},
+                    VersionCase{L"5.91.0", nullptr, true}, VersionCase{L"6.0.0", nullptr, true},
+                    VersionCase{L"5.90.7", "3.1", true}, VersionCase{L"5.91.2", "3.1", false},
+                    VersionCase{L"6.0.0", "3.1", false}, VersionCase{L"5.91.0", "3.3", true},
+                    VersionCase{L"5.92.5", "3.3", true}, VersionCase{L"5.90.4", "3.3", false},
+                    VersionCase{L"5.93.0", "3.3", false},
+                    VersionCase{L"5.93.0", "unversioned", true}));
+
+TEST(Connection, ThePleoraRefusalIsSilentUnlessTheLogIsVerbose) {
+    SimulatorVersion version(L"5.91.0");
+    CyCamLibOnPath library("3.1");
+    LogCapture log(false);
+    EXPECT_FALSE(GetOstrel());
+    EXPECT_TRUE(log.Lines().empty());
+}
+
+TEST(Connection, ARefusedConnectionIsTriedAgainFromTheStart) {
+    {
+        SimulatorVersion old(L"5.90.3");
+        EXPECT_FALSE(GetOstrel());
+    }
+    ExpectNoConnectionState();
+    COstrel host = GetOstrel();
+    ASSERT_TRUE(host);
+    unsigned long major = 0, minor = 0, build = 0;
+    ASSERT_TRUE(GetOstrelVersion(major, minor, build));
+    EXPECT_EQ(5u, major);
+    EXPECT_EQ(92u, minor);
+    EXPECT_EQ(0u, build);
+}
+
+TEST(Connection, VersionIsReportedOnlyWhileConnected) {
+    unsigned long major = 0, minor = 0, build = 0;
+    EXPECT_FALSE(GetOstrelVersion(major, minor, build));
+    SimulatorVersion version(L"6.1.17");
+    {
+        COstrel host = GetOstrel();
+        ASSERT_TRUE(host);
+        ASSERT_TRUE(GetOstrelVersion(major, minor, build));
+        EXPECT_EQ(6u, major);
+        EXPECT_EQ(1u, minor);
+        EXPECT_EQ(17u, build);
+    }
+    major = 0;
+    EXPECT_FALSE(GetOstrelVersion(major, minor, build));
+    EXPECT_EQ(0u, major);
+}
+
+TEST(Connection, HandlesCountTheirReferences) {
+    COstrel a = GetOstrel();
+    ASSERT_TRUE(a);
+    EXPECT_EQ(1u, gHostRefs.load());
+    COstrel b = a;
+    COstrel c;
+    c = b;
+    EXPECT_EQ(3u, gHostRefs.load());
+    c = 5;
+    EXPECT_TRUE(c);
+    c = 0;
+    EXPECT_FALSE(c);
+    EXPECT_TRUE(c == 0);
+    b.Release();
+    EXPECT_EQ(1u, gHostRefs.load());
+    for (COstrel* handle : {&a, &b}) {
+        EXPECT_FALSE(*handle == 1);
+        EXPECT_FALSE(*handle != 1);
+    }
+    a.Release();
+    ExpectNoConnectionState();
+}
+
+TEST(Connection, AnEmptyHandleConnectsOnItsFirstCall) {
+    COstrel host;
+    EXPECT_TRUE(host == 0);
+    ULONG major = 0, minor = 0, build = 0;
+    EXPECT_EQ(S_OK, host->GetServerVersion(&major, &minor, &build));
+    EXPECT_EQ(92u, minor);
+    EXPECT_TRUE(host != 0);
+    EXPECT_EQ(1u, gHostRefs.load());
+}
+
+// Each worker copies the handle on its own thread, calls through it, and drops it; the main
+// handle goes first, last, or in between.
+class HandlesOnThreads : public testing::TestWithParam<int> {};
+
+TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
+    const int mainDropsAfter = GetParam();
+    auto main = std::make_unique<COstrel>(GetOstrel());
+    ASSERT_TRUE(*main);
+    const DWORD mainThread = GetCurrentThreadId();
+
+    constexpr int kWorkers = 3;
+    std::vector<std::unique_ptr<COstrel>> copies;
+    std::vector<HANDLE> done(kWorkers), release(kWorkers);
+    std::vector<std::thread> workers;
+    std::atomic<int> answered{0};
+    for (int w = 0; w < kWorkers; ++w) {
+        done[w] = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+        release[w] = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+        workers.emplace_back([&, w] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            {
+                COstrel copy = *main;
+                ULONG major = 0, minor = 0, build = 0;
+                if (copy && GetCurrentThreadId() != mainThread &&
+                    copy->GetServerVersion(&major, &minor, &build) == S_OK && minor == 92) {
+                    ++answered;
+                }
+                SetEvent(done[w]);
+                WaitForSingleObject(release[w], INFINITE);
+            }
+            CoUninitialize();
+        });
+        WaitForSingleObject(done[w], INFINITE);
+    }
+    EXPECT_EQ(kWorkers, answered.load());
+    EXPECT_EQ(unsigned(kWorkers + 1), gHostRefs.load());
+
+    for (int w = 0; w <= kWorkers; ++w) {
+        if (w == mainDropsAfter) {
+            main.reset();
+        }
+        if (w < kWorkers) {
+            SetEvent(release[w]);
+            workers[w].join();
+        }
+    }
+    ExpectNoConnectionState();
+    unsigned long major = 0, minor = 0, build = 0;
+    EXPECT_FALSE(GetOstrelVersion(major, minor, build));
+    for (int w = 0; w < kWorkers; ++w) {
+        CloseHandle(done[w]);
+        CloseHandle(release[w]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(0, 1, 3));
+
+TEST(Connection, CallsFromManyThreadsAreSerialised) {
+    COstrel host = GetOstrel();
+    ASSERT_TRUE(host);
+    constexpr int kThreads = 8, kCalls = 1000;
+    std::atomic<int> inside{0}, overlaps{0}, failures{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([&, t] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            {
+                COstrel mine = host;
+                for (int i = 0; i < kCalls; ++i) {
+                    // Every other thread holds the lock around its call, which must not block it.
+                    std::unique_ptr<COstrelLock> held;
+                    if (t % 2 == 0) {
+                        held = std::make_unique<COstrelLock>();
+                    }
+                    COstrel::CMarshalProxy call = mine.operator->();
+                    if (++inside != 1) {
+                        ++overlaps;
+                    }
+                    ULONG major, minor, build;
+                    if (call->GetServerVersion(&major, &minor, &build) != S_OK) {
+                        ++failures;
+                    }
+                    --inside;
+                }
+            }
+            CoUninitialize();
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(0, overlaps.load());
+    EXPECT_EQ(0, failures.load());
+    EXPECT_EQ(1u, gHostRefs.load());
+}
+
+} // namespace

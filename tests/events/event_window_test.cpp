@@ -1,0 +1,251 @@
+// The event window as a host uses it: handlers attached to gOstrelEvents->mEvent, the window
+// living on the host's message-queue thread, notifications sent by the simulator process.
+#include <ostrel.h>
+
+#include <vz/invoker.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Value = unsigned __int64;
+
+// The host's message-queue thread: vz::messageQueueInvoker runs there, and so does the window.
+class MessageQueueThread : public testing::Environment {
+public:
+    void SetUp() override {
+        HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        mThread = std::thread([this, ready] {
+            MSG message;
+            PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE); // the thread's queue exists now
+            mThreadId = GetCurrentThreadId();
+            vz::messageQueueInvoker.AttachToCurrentThread();
+            SetEvent(ready);
+            while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+                DispatchMessageW(&message);
+            }
+            vz::messageQueueInvoker.Detach();
+        });
+        WaitForSingleObject(ready, INFINITE);
+        CloseHandle(ready);
+    }
+    void TearDown() override {
+        PostThreadMessageW(mThreadId, WM_QUIT, 0, 0);
+        mThread.join();
+    }
+    static DWORD ThreadId() { return mThreadId; }
+
+private:
+    std::thread mThread;
+    static inline DWORD mThreadId = 0;
+};
+
+testing::Environment* const kMessageQueue =
+    testing::AddGlobalTestEnvironment(new MessageQueueThread);
+
+// Pumps this thread's messages until done() or about ten seconds have passed.
+template <class Done>
+bool WaitFor(Done done) {
+    for (int i = 0; i < 1000 && !done(); ++i) {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            DispatchMessageW(&message);
+        }
+        Sleep(10);
+    }
+    return done();
+}
+
+HWND TheEventWindow() {
+    COstrelEvents* events = gOstrelEvents;
+    EXPECT_TRUE(WaitFor([&] { return events->mHwnd != nullptr; }))
+        << "the message-queue thread did not create the window";
+    return events->mHwnd;
+}
+
+struct Call {
+    void* sender;
+    Value value;
+    DWORD thread;
+};
+
+class Recorder {
+public:
+    void Record(void* sender, Value value) {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mCalls.push_back({sender, value, GetCurrentThreadId()});
+    }
+    std::vector<Call> Calls() {
+        std::lock_guard<std::mutex> lock(mMutex);
+        return mCalls;
+    }
+
+private:
+    std::mutex mMutex;
+    std::vector<Call> mCalls;
+};
+
+using Handler = vz::TMemberHandler2<Recorder, void*, Value>;
+
+// An invoker that keeps what is posted to it and runs invoke-and-wait calls at once.
+class RecordingInvoker : public vz::IInvoker {
+public:
+    ~RecordingInvoker() override {
+        for (auto& post : posts) {
+            if (post.second) {
+                delete post.first;
+            }
+        }
+    }
+    void Invoke(vz::IInvokable* call) override {
+        ++invoked;
+        call->Invoke();
+    }
+    void Post(vz::IInvokable* call, bool takeOwnership) override {
+        posts.push_back({call, takeOwnership});
+    }
+    std::vector<std::pair<vz::IInvokable*, bool>> posts;
+    int invoked = 0;
+};
+
+// Keeps a handler attached for its scope; declare it after the handler it names.
+class Attachment {
+public:
+    Attachment(vz::IHandler2<void*, Value>* handler, vz::IInvoker* invoker, bool async)
+        : mHandler(handler) {
+        EXPECT_TRUE(gOstrelEvents->mEvent.Attach(handler, invoker, async));
+    }
+    ~Attachment() { gOstrelEvents->mEvent.Detach(mHandler); }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+private:
+    vz::IHandler2<void*, Value>* mHandler;
+};
+
+class EventWindow : public testing::Test {
+protected:
+    UINT Tamso() const { return RegisterWindowMessageW(L"Tamso"); }
+};
+
+TEST_F(EventWindow, IsAHiddenTopLevelWindowOnTheMessageQueueThread) {
+    const HWND window = TheEventWindow();
+    ASSERT_NE(nullptr, window);
+    EXPECT_EQ(MessageQueueThread::ThreadId(), GetWindowThreadProcessId(window, nullptr));
+    EXPECT_EQ(GetDesktopWindow(), GetAncestor(window, GA_PARENT)) << "not a top-level window";
+    EXPECT_FALSE(IsWindowVisible(window));
+    wchar_t title[64] = {};
+    GetWindowTextW(window, title, 64);
+    EXPECT_STREQ(L"Calorvue<->Ostrel Message Window", title);
+    EXPECT_EQ(window, FindWindowW(L"wcOstrelEvents", nullptr));
+}
+
+TEST_F(EventWindow, HandlersRunDirectlyPostedOrThroughTheirInvoker) {
+    const HWND window = TheEventWindow();
+    Recorder direct, posted, sent;
+    Handler directHandler(&direct, &Recorder::Record);
+    Handler postedHandler(&posted, &Recorder::Record);
+    Handler sentHandler(&sent, &Recorder::Record);
+    RecordingInvoker postInvoker, sendInvoker;
+    Attachment attachDirect(&directHandler, nullptr, false);
+    Attachment attachPosted(&postedHandler, &postInvoker, true);
+    Attachment attachSent(&sentHandler, &sendInvoker, false);
+
+    // SendMessage returns when the window procedure has returned.
+    SendMessageW(window, Tamso(), 42, 7);
+
+    ASSERT_EQ(1u, direct.Calls().size());
+    EXPECT_EQ(nullptr, direct.Calls()[0].sender);
+    EXPECT_EQ(42u, direct.Calls()[0].value);
+    EXPECT_EQ(MessageQueueThread::ThreadId(), direct.Calls()[0].thread);
+
+    ASSERT_EQ(1u, postInvoker.posts.size());
+    EXPECT_TRUE(postInvoker.posts[0].second) << "the invoker must own what is posted";
+    EXPECT_TRUE(posted.Calls().empty()) << "a posted handler must not run before its invoker";
+    postInvoker.posts[0].first->Invoke();
+    ASSERT_EQ(1u, posted.Calls().size());
+    EXPECT_EQ(42u, posted.Calls()[0].value);
+    EXPECT_EQ(nullptr, posted.Calls()[0].sender);
+
+    EXPECT_EQ(1, sendInvoker.invoked);
+    ASSERT_EQ(1u, sent.Calls().size()) << "the sent handler did not finish before the window";
+    EXPECT_EQ(42u, sent.Calls()[0].value);
+    EXPECT_EQ(0, postInvoker.invoked);
+}
+
+TEST_F(EventWindow, OtherMessagesRaiseNothing) {
+    const HWND window = TheEventWindow();
+    Recorder recorder;
+    Handler handler(&recorder, &Recorder::Record);
+    Attachment attachment(&handler, nullptr, false);
+    SendMessageW(window, WM_USER + 5, 42, 0);
+    SendMessageW(window, WM_NULL, 42, 0);
+    EXPECT_TRUE(recorder.Calls().empty());
+    SendMessageW(window, Tamso(), 0xFFFFFFFFFFFFFFFFull, 0);
+    ASSERT_EQ(1u, recorder.Calls().size());
+    EXPECT_EQ(0xFFFFFFFFFFFFFFFFull, recorder.Calls()[0].value) << "the value must keep 64 bits";
+}
+
+TEST_F(EventWindow, ANotificationWithoutHandlersIsHarmless) {
+    const HWND window = TheEventWindow();
+    ASSERT_EQ(0u, gOstrelEvents->mEvent.GetCount());
+    EXPECT_EQ(0, SendMessageW(window, Tamso(), 1, 0));
+}
+
+TEST_F(EventWindow, TheSimulatorsNotificationReachesTheHandler) {
+    TheEventWindow();
+    Recorder recorder;
+    Handler handler(&recorder, &Recorder::Record);
+    Attachment attachment(&handler, nullptr, false);
+    COstrel host = GetOstrel();
+    ASSERT_TRUE(host) << "is the simulator registered?";
+    ASSERT_EQ(S_OK, host->SimPostEvent(0x1234567890ull));
+    ASSERT_TRUE(WaitFor([&] { return !recorder.Calls().empty(); }));
+    EXPECT_EQ(0x1234567890ull, recorder.Calls()[0].value);
+    EXPECT_EQ(MessageQueueThread::ThreadId(), recorder.Calls()[0].thread);
+}
+
+TEST_F(EventWindow, ACopySharesTheWindowAndTheRecords) {
+    const HWND window = TheEventWindow();
+    Recorder recorder;
+    Handler handler(&recorder, &Recorder::Record);
+    RecordingInvoker invoker;
+    Attachment attachment(&handler, &invoker, true);
+    {
+        COstrelEvents copy(*gOstrelEvents);
+        EXPECT_EQ(window, copy.mHwnd);
+        ASSERT_EQ(1u, copy.mEvent.GetCount());
+        EXPECT_EQ(&handler, copy.mEvent[0].handler);
+        EXPECT_EQ(&invoker, copy.mEvent[0].invoker);
+        EXPECT_TRUE(copy.mEvent[0].asynchronous);
+    }
+    // The copy's destructor ran on a thread that does not own the window.
+    EXPECT_TRUE(IsWindow(window));
+}
+
+TEST(EventSingleton, ThreadsRacingIntoGetInstanceGetOneObject) {
+    std::atomic<bool> go{false};
+    COstrelEvents* seen[2] = {};
+    std::thread racers[2];
+    for (int i = 0; i < 2; ++i) {
+        racers[i] = std::thread([&, i] {
+            while (!go) {
+            }
+            seen[i] = gOstrelEvents.GetInstance();
+        });
+    }
+    go = true;
+    for (std::thread& racer : racers) {
+        racer.join();
+    }
+    EXPECT_NE(nullptr, seen[0]);
+    EXPECT_EQ(seen[0], seen[1]);
+    EXPECT_EQ(seen[0], static_cast<COstrelEvents*>(gOstrelEvents));
+}
+
+} // namespace
