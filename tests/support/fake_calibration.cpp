@@ -4,8 +4,11 @@
 
 namespace fake {
 
-SlotResult CalibrationLog::ResultOf(int slot) const {
-    const auto it = results.find(slot);
+SlotResult CalibrationLog::ResultOf(const CalCall& call) const {
+    if (decide) {
+        return decide(call);
+    }
+    const auto it = results.find(call.slot);
     return it == results.end() ? SlotResult{} : it->second;
 }
 
@@ -37,7 +40,7 @@ ULONG FakeCalibration::AddRef() { return ++mRefs; }
 ULONG FakeCalibration::Release() { return --mRefs; }
 
 HRESULT FakeCalibration::Answer(CalCall call, BOOL* ok) {
-    const SlotResult result = mLog->ResultOf(call.slot);
+    const SlotResult result = mLog->ResultOf(call);
     mLog->calls.push_back(std::move(call));
     if (ok != nullptr) {
         *ok = result.ok;
@@ -60,11 +63,11 @@ HRESULT FakeCalibration::CalComputeLUT(ULONG entryCount, ULONG step, ULONG large
                                        BSTR countsBufferName, BSTR tempBufferName, BOOL* ok) {
     const std::wstring counts = countsBufferName ? countsBufferName : L"";
     const std::wstring temps = tempBufferName ? tempBufferName : L"";
-    if (mLog->computeLut && SUCCEEDED(mLog->ResultOf(9).hr)) {
+    CalCall call{9, {double(entryCount), double(step), double(largestCount)}, {counts, temps}};
+    if (mLog->computeLut && SUCCEEDED(mLog->ResultOf(call).hr)) {
         mLog->computeLut(counts, temps);
     }
-    return Answer({9, {double(entryCount), double(step), double(largestCount)}, {counts, temps}},
-                  ok);
+    return Answer(std::move(call), ok);
 }
 
 HRESULT FakeCalibration::CalSetObjectParams(float factorA, float tempACelsius, float factorB,
@@ -73,7 +76,7 @@ HRESULT FakeCalibration::CalSetObjectParams(float factorA, float tempACelsius, f
 }
 
 HRESULT FakeCalibration::CalTempToCounts(float tempCelsius, unsigned short* counts, BOOL* ok) {
-    *counts = 0;
+    *counts = mLog->counts;
     return Answer({13, {tempCelsius}, {}}, ok);
 }
 
@@ -106,7 +109,7 @@ HRESULT FakeCalibration::CalLoadFactory(ULONG calKind, float c0, float c1, float
 
 HRESULT FakeCalibration::CalIntegrationTimeAt(float tempK, float count, float* result, LONG mode,
                                               BOOL* ok) {
-    *result = 0.0f;
+    *result = mLog->integrationTime ? mLog->integrationTime(tempK, count) : 0.0f;
     return Answer({18, {tempK, count, double(mode)}, {}}, ok);
 }
 

@@ -31,10 +31,15 @@ struct SlotResult {
 struct CalibrationLog {
     std::vector<CalCall> calls;
     std::map<int, SlotResult> results;
+    // When set, decides every call's answer instead of results.
+    std::function<SlotResult(const CalCall&)> decide;
+    // What CalIntegrationTimeAt and CalTempToCounts write through their out arguments.
+    std::function<float(float tempK, float count)> integrationTime;
+    unsigned short counts = 0;
     // Runs inside CalComputeLUT with the two buffer names, before the answer is returned.
     std::function<void(const std::wstring& counts, const std::wstring& temps)> computeLut;
 
-    SlotResult ResultOf(int slot) const;
+    SlotResult ResultOf(const CalCall& call) const;
     std::vector<CalCall> CallsTo(int slot) const;
 };
 

@@ -1,0 +1,20 @@
+// The engine's one-time set-up and its LUT rebuild, shared by CBroadCal's members.
+#pragma once
+
+#include "broadcal_state.h"
+
+namespace vz {
+
+// Obtains the four calibration objects and asks each whether it is ready. Tried once for the
+// engine's life: after a failure it answers false without contacting the server again.
+bool EnsureService(BroadCalState& state);
+
+// Creates the shared counts buffer and the four temperature buffers. A failed creation is final;
+// what was made before the failure is kept for the destructor to release.
+bool EnsureBuffers(BroadCalState& state);
+
+// Rebuilds the preset's LUT through the server if it is dirty; true when it is current after.
+// A failed rebuild leaves it dirty, to be tried again on the next use.
+bool UpdateLut(BroadCalState& state, unsigned char preset);
+
+} // namespace vz

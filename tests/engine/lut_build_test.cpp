@@ -1,0 +1,159 @@
+// LUT rebuilds through shared memory, with the server played by a fake that writes the tables.
+#include <cmath>
+#include <cstring>
+
+#include "engine_fixture.h"
+
+namespace engine_test {
+namespace {
+
+const std::wstring kCountsBase = L"Calorvue<->Ostrel CountsConvBuffer";
+const std::wstring kTempBase = L"Calorvue<->Ostrel TempConvBuffer";
+
+// A rising table: 20 °C at the calibrated low count 1000, one hundredth of a degree per count.
+float Rising(int i) { return 20.0f + 0.01f * (i - 1000); }
+
+class LutBuild : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        ServeTable(Rising);
+        auto record = SampleRecord(2);
+        for (unsigned char p = 0; p < 4; ++p) {
+            ASSERT_TRUE(engine->SetBroadCal(p, &record));
+        }
+    }
+};
+
+TEST_F(LutBuild, TheServerFillsTheEnginesOwnNamedBuffers) {
+    std::vector<unsigned short> countsSeen;
+    Log().computeLut = [&](const std::wstring& counts, const std::wstring& temps) {
+        HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, counts.c_str());
+        ASSERT_NE(nullptr, mapping);
+        auto* view = static_cast<unsigned short*>(MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0));
+        countsSeen.assign(view, view + 65536);
+        UnmapViewOfFile(view);
+        CloseHandle(mapping);
+        WriteTable(temps, Rising);
+    };
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    ASSERT_TRUE(engine->UpdateLUT(3));
+
+    const auto calls = Log().CallsTo(kComputeLut);
+    ASSERT_EQ(2u, calls.size());
+    EXPECT_EQ((std::vector<double>{65536, 1, 65535}), calls[0].numbers);
+    EXPECT_EQ(kCountsBase, calls[0].names[0]);
+    EXPECT_EQ(kTempBase, calls[0].names[1]) << "preset 0 takes the plain name";
+    EXPECT_EQ(kCountsBase, calls[1].names[0]);
+    EXPECT_EQ(0u, calls[1].names[1].rfind(kTempBase, 0));
+    EXPECT_NE(kTempBase, calls[1].names[1]) << "each preset needs a buffer of its own";
+
+    ASSERT_EQ(65536u, countsSeen.size());
+    for (int i = 0; i < 65536; ++i) {
+        ASSERT_EQ(i, countsSeen[i]);
+    }
+}
+
+TEST_F(LutBuild, TheLutIsTheSharedViewItself) {
+    float* lut = engine->GetLUTOutput(1);
+    ASSERT_NE(nullptr, lut);
+    EXPECT_EQ(Rising(30000), lut[30000]);
+    // What the server writes into the buffer is what the engine reads: there is no copy.
+    WriteTable(Log().CallsTo(kComputeLut).back().names[1], [](int) { return 7.0f; });
+    EXPECT_EQ(7.0f, lut[30000]);
+}
+
+TEST_F(LutBuild, ACurrentLutNeedsNoServer) {
+    ASSERT_TRUE(engine->UpdateLUT(2));
+    const size_t calls = CallCount();
+    Fail(kComputeLut);
+    Fail(kIsReady);
+    EXPECT_TRUE(engine->UpdateLUT(2));
+    EXPECT_NE(nullptr, engine->GetLUTStatus(2));
+    EXPECT_EQ(calls, CallCount());
+}
+
+TEST_F(LutBuild, AFailedRebuildIsRetriedOnTheNextUse) {
+    Fail(kComputeLut, S_OK, FALSE);
+    EXPECT_FALSE(engine->UpdateLUT(0));
+    EXPECT_EQ(nullptr, engine->GetLUTOutput(0));
+    EXPECT_EQ(nullptr, engine->GetLUTStatus(0));
+    Heal(kComputeLut);
+    ASSERT_NE(nullptr, engine->GetLUTOutput(0));
+    EXPECT_EQ(4u, Log().CallsTo(kComputeLut).size());
+}
+
+TEST_F(LutBuild, TablesAreBoundedMarkedAndHeldInTheLutUnit) {
+    engine->setLUTTempType(vz::eKelvin);
+    const float* lut = engine->GetLUTOutput(0);
+    const unsigned char* status = engine->GetLUTStatus(0);
+    ASSERT_NE(nullptr, lut);
+    ASSERT_NE(nullptr, status);
+    EXPECT_EQ(vz::eLUTValid, status[30000]);
+    EXPECT_EQ(static_cast<float>(double(Rising(30000)) + 273.15), lut[30000]);
+    // Far below the calibrated 20 °C the entries hold the low limit, 5 degrees below it.
+    EXPECT_EQ(vz::eLUTBelow, status[0]);
+    EXPECT_EQ(static_cast<float>(double(20.0f - 5.0f) + 273.15), lut[0]);
+}
+
+TEST_F(LutBuild, ChangingTheUnitRebuildsAndKeepingItDoesNot) {
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    engine->setLUTTempType(vz::eCelsius);
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    EXPECT_EQ(1u, Log().CallsTo(kComputeLut).size());
+    engine->setLUTTempType(vz::eFahrenheit);
+    EXPECT_EQ(vz::eFahrenheit, engine->lutTempType());
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    EXPECT_EQ(2u, Log().CallsTo(kComputeLut).size());
+}
+
+TEST_F(LutBuild, NewObjectParamsMakeEveryPresetDirty) {
+    for (unsigned char p = 0; p < 4; ++p) {
+        ASSERT_TRUE(engine->UpdateLUT(p));
+    }
+    vz::reduce::CObjectParametersReduceObject params;
+    params.objFactorA = 0.9f;
+    ASSERT_TRUE(engine->SetObjectParams(&params));
+    for (unsigned char p = 0; p < 4; ++p) {
+        ASSERT_TRUE(engine->UpdateLUT(p));
+    }
+    EXPECT_EQ(8u, Log().CallsTo(kComputeLut).size());
+}
+
+TEST_F(LutBuild, TwoEnginesUseDistinctBuffers) {
+    vz::CBroadCal second;
+    auto record = SampleRecord(2);
+    ASSERT_TRUE(second.SetBroadCal(0, &record));
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    ASSERT_TRUE(second.UpdateLUT(0));
+    const auto calls = Log().CallsTo(kComputeLut);
+    ASSERT_EQ(2u, calls.size());
+    EXPECT_NE(calls[0].names[0], calls[1].names[0]);
+    EXPECT_NE(calls[0].names[1], calls[1].names[1]);
+}
+
+TEST_F(LutBuild, ATakenCountsBufferNameGetsANumberAppended) {
+    HANDLE taken = CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 16,
+                                      kCountsBase.c_str());
+    ASSERT_NE(nullptr, taken);
+    ASSERT_TRUE(engine->UpdateLUT(0));
+    const std::wstring name = Log().CallsTo(kComputeLut)[0].names[0];
+    ASSERT_GT(name.size(), kCountsBase.size());
+    EXPECT_EQ(0u, name.rfind(kCountsBase, 0));
+    EXPECT_EQ(std::wstring::npos, name.find_first_not_of(L"0123456789", kCountsBase.size()));
+    CloseHandle(taken);
+}
+
+// A name held by another kind of kernel object can't become a mapping; the engine gives up on
+// its buffers for good.
+TEST_F(LutBuild, AFailedBufferCreationIsFinal) {
+    HANDLE squatter = CreateMutexW(nullptr, FALSE, kCountsBase.c_str());
+    ASSERT_NE(nullptr, squatter);
+    EXPECT_FALSE(engine->UpdateLUT(0));
+    CloseHandle(squatter);
+    EXPECT_FALSE(engine->UpdateLUT(0));
+    EXPECT_TRUE(Log().CallsTo(kComputeLut).empty());
+}
+
+} // namespace
+} // namespace engine_test

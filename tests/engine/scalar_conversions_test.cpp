@@ -1,0 +1,113 @@
+// Single values, the reverse conversion and the range queries, seen by a recording fake.
+#include <vector>
+
+#include "engine_fixture.h"
+
+namespace engine_test {
+namespace {
+
+class ScalarConversions : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        record = SampleRecord(2);
+        ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    }
+    vz::reduce::CQuilloFactoryCalReduceObject record;
+};
+
+TEST_F(ScalarConversions, TempToCountsAsksTheServerInCelsius) {
+    Log().counts = 4321;
+    unsigned short counts = 0;
+    ASSERT_TRUE(engine->TempToCounts(1, 212.0f, &counts, vz::eFahrenheit));
+    EXPECT_EQ(4321, counts);
+    EXPECT_EQ(std::vector<double>{100.0}, Log().calls.back().numbers);
+    EXPECT_TRUE(Log().CallsTo(kComputeLut).empty()) << "the reverse conversion needs no LUT";
+
+    Fail(kTempToCounts, S_OK, FALSE);
+    EXPECT_FALSE(engine->TempToCounts(1, 20.0f, &counts, vz::eCelsius));
+}
+
+TEST_F(ScalarConversions, IntegrationTimesComeFromBothEndsOfTheCalibratedRange) {
+    Log().integrationTime = [](float tempK, float) { return tempK > 300.0f ? 99.9f : 4000.7f; };
+    unsigned long minTime = 0, maxTime = 0;
+    ASSERT_TRUE(engine->GetIntegrationTimeRange(1, minTime, maxTime));
+    EXPECT_EQ(4000u, minTime);
+    EXPECT_EQ(99u, maxTime);
+    const auto calls = Log().CallsTo(kIntegrationTimeAt);
+    ASSERT_EQ(2u, calls.size());
+    EXPECT_EQ((std::vector<double>{423.15f, 60000, 1}), calls[0].numbers);
+    EXPECT_EQ((std::vector<double>{253.15f, 1000, 1}), calls[1].numbers);
+}
+
+TEST_F(ScalarConversions, AFailedSecondIntegrationTimeLeavesBothOutputs) {
+    int seen = 0;
+    Log().decide = [&](const fake::CalCall& call) {
+        return fake::SlotResult{S_OK, call.slot == kIntegrationTimeAt && ++seen == 2 ? FALSE : TRUE};
+    };
+    unsigned long minTime = 11, maxTime = 22;
+    EXPECT_FALSE(engine->GetIntegrationTimeRange(1, minTime, maxTime));
+    EXPECT_EQ(11u, minTime);
+    EXPECT_EQ(22u, maxTime);
+}
+
+TEST_F(ScalarConversions, TempRangeReloadsTheObjectIgnoringItsAnswersAndKeepsTheRecord) {
+    ServeTable([](int i) { return -40.0f + 0.005f * i; });
+    const size_t before = CallCount();
+    Log().decide = [](const fake::CalCall& call) {
+        return call.slot == kComputeLut ? fake::SlotResult{} : fake::SlotResult{E_FAIL, FALSE};
+    };
+    float minTemp = 0, maxTemp = 0;
+    ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 777, minTemp, maxTemp));
+    std::vector<int> slots;
+    for (size_t i = before; i < Log().calls.size(); ++i) {
+        slots.push_back(Log().calls[i].slot);
+    }
+    EXPECT_EQ((std::vector<int>{kIsReady, kLoadFactoryKind2, kSetIntegrationTime, kSetAux,
+                                kComputeLut}),
+              slots);
+    EXPECT_EQ(std::vector<double>{777}, Log().CallsTo(kSetIntegrationTime).back().numbers);
+    // The inclusive scan over 1000..60000 is clamped into the limits -20 .. 150.
+    EXPECT_EQ(static_cast<float>(double(253.15f) - 273.15), minTemp);
+    EXPECT_EQ(static_cast<float>(double(423.15f) - 273.15), maxTemp);
+    vz::reduce::CQuilloFactoryCalReduceObject stored;
+    engine->GetBroadCal(1, &stored);
+    EXPECT_EQ(record.integrationTime, stored.integrationTime);
+}
+
+TEST_F(ScalarConversions, TempRangeSnapsNearZeroToZero) {
+    ServeTable([](int) { return 0.0005f; });
+    record.tempMinK = 200.0f;
+    ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    float minTemp = 1, maxTemp = 1;
+    ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
+    EXPECT_EQ(0.0f, minTemp);
+    EXPECT_EQ(0.0f, maxTemp);
+}
+
+TEST_F(ScalarConversions, TempRangeWithReversedCountsReportsTheLowEntryClamped) {
+    ServeTable([](int i) { return i == 5000 ? 500.0f : 20.0f; });
+    record.countsLow = 5000;
+    record.countsHigh = 100;
+    ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    float minTemp = 0, maxTemp = 0;
+    ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
+    const float high = static_cast<float>(double(record.tempMaxK) - 273.15);
+    EXPECT_EQ(high, minTemp);
+    EXPECT_EQ(high, maxTemp);
+}
+
+TEST_F(ScalarConversions, OneCountReadsItsLutEntryAndStatus) {
+    ServeTable([](int i) { return 20.0f + 0.01f * (i - 1000); });
+    float temp = 0;
+    unsigned char status = 99;
+    ASSERT_TRUE(engine->CountsToTemp(1, 65535, &temp, &status, vz::eCelsius));
+    EXPECT_EQ(engine->GetLUTOutput(1)[65535], temp);
+    EXPECT_EQ(engine->GetLUTStatus(1)[65535], status);
+    float kelvin = 0;
+    ASSERT_TRUE(engine->CountsToTemp(1, 30000, &kelvin, nullptr, vz::eKelvin));
+    EXPECT_EQ(static_cast<float>(double(engine->GetLUTOutput(1)[30000]) + 273.15), kelvin);
+}
+
+} // namespace
+} // namespace engine_test

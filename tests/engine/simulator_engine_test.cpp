@@ -1,0 +1,139 @@
+// The engine against the simulator process: tables built through real shared memory from the
+// sample calibration, conversions both ways, and a server that fails or dies.
+#include <ostrel.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "record_files.h"
+
+namespace {
+
+constexpr int kComputeLutSlot = 9;
+constexpr int kFailHresult = 1;
+constexpr int kZeroFlag = 2;
+
+class SimulatorEngine : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string error;
+        ASSERT_TRUE(records::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error))
+            << error;
+        ASSERT_TRUE(records::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params,
+                                              error))
+            << error;
+        ASSERT_TRUE(engine.SetBroadCal(0, &record)) << "is the simulator registered?";
+        ASSERT_TRUE(engine.SetObjectParams(&params));
+    }
+    void TearDown() override {
+        if (control) {
+            control->SimSetFault(kComputeLutSlot, 0);
+        }
+    }
+    // Sets a fault in the server process through an object of its own.
+    void Fault(int slot, int mode) {
+        ASSERT_TRUE(control.Get());
+        ASSERT_EQ(S_OK, control->SimSetFault(slot, mode));
+    }
+
+    vz::reduce::CQuilloFactoryCalReduceObject record;
+    vz::reduce::CObjectParametersReduceObject params;
+    vz::CBroadCal engine;
+    COstrelCal control;
+};
+
+TEST_F(SimulatorEngine, BuildsARisingTableOverTheCalibratedRange) {
+    const float* lut = engine.GetLUTOutput(0);
+    const unsigned char* status = engine.GetLUTStatus(0);
+    ASSERT_NE(nullptr, lut);
+    ASSERT_NE(nullptr, status);
+    unsigned valid = 0;
+    for (unsigned i = record.countsLow + 1; i < record.countsHigh; ++i) {
+        ASSERT_LE(lut[i - 1], lut[i]) << "at count " << i;
+        valid += status[i] == vz::eLUTValid ? 1 : 0;
+    }
+    EXPECT_GT(valid, (record.countsHigh - record.countsLow) * 9 / 10);
+    // The sample calibration spans about -20 to 150 degrees C, held within its 5-degree margins.
+    EXPECT_NEAR(-25.0f, lut[0], 0.5f);
+    EXPECT_NEAR(157.5f, lut[65535], 0.5f);
+    EXPECT_EQ(vz::eLUTBelow, status[0]);
+    EXPECT_EQ(vz::eLUTAbove, status[65535]);
+}
+
+TEST_F(SimulatorEngine, TemperaturesGoBackToTheirCountsWithinOne) {
+    const float* lut = engine.GetLUTOutput(0);
+    const unsigned char* status = engine.GetLUTStatus(0);
+    ASSERT_NE(nullptr, lut);
+    int checked = 0;
+    for (unsigned count = record.countsLow; count < record.countsHigh; count += 997) {
+        if (status[count] != vz::eLUTValid) {
+            continue;
+        }
+        unsigned short back = 0;
+        ASSERT_TRUE(engine.TempToCounts(0, lut[count], &back, vz::eCelsius));
+        EXPECT_LE(std::abs(int(back) - int(count)), 1) << "count " << count;
+        ++checked;
+    }
+    EXPECT_GT(checked, 50);
+}
+
+TEST_F(SimulatorEngine, ConvertsFramesInEveryUnit) {
+    unsigned short frame[] = {0, 20000, 40000, 65535};
+    float celsius[4], kelvin[4];
+    unsigned char status[4];
+    ASSERT_TRUE(engine.CountsToTemp(0, frame, celsius, 4, status, vz::eCelsius));
+    ASSERT_TRUE(engine.CountsToTemp(0, frame, kelvin, 4, nullptr, vz::eKelvin));
+    for (int k = 0; k < 4; ++k) {
+        EXPECT_EQ(static_cast<float>(double(celsius[k]) + 273.15), kelvin[k]);
+    }
+    EXPECT_EQ(vz::eLUTValid, status[1]);
+
+    // 212 degrees F asks the server for 100 degrees C.
+    unsigned short fromF = 0, fromC = 1;
+    ASSERT_TRUE(engine.TempToCounts(0, 212.0f, &fromF, vz::eFahrenheit));
+    ASSERT_TRUE(engine.TempToCounts(0, 100.0f, &fromC, vz::eCelsius));
+    EXPECT_EQ(fromC, fromF);
+}
+
+TEST_F(SimulatorEngine, AnswersTheRangesOfItsCalibration) {
+    unsigned long minTime = 0, maxTime = 0;
+    ASSERT_TRUE(engine.GetIntegrationTimeRange(0, minTime, maxTime));
+    EXPECT_GT(minTime, 0u);
+    EXPECT_GT(maxTime, 0u);
+
+    float minTemp = 0, maxTemp = 0;
+    ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, unsigned(record.integrationTime), minTemp,
+                                               maxTemp));
+    EXPECT_NEAR(-20.0f, minTemp, 0.5f);
+    EXPECT_NEAR(150.0f, maxTemp, 0.5f);
+
+    // A longer integration time saturates sooner: the range's top comes down.
+    float shortMin = 0, shortMax = 0, longMin = 0, longMax = 0;
+    ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, 1000, shortMin, shortMax));
+    ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, 4000, longMin, longMax));
+    EXPECT_LE(longMax, shortMax);
+    vz::reduce::CQuilloFactoryCalReduceObject stored;
+    ASSERT_TRUE(engine.GetBroadCal(0, &stored));
+    EXPECT_EQ(record.integrationTime, stored.integrationTime) << "the stored record changed";
+}
+
+class FaultModes : public SimulatorEngine, public testing::WithParamInterface<int> {};
+
+TEST_P(FaultModes, AFailingTableCallFailsTheRebuildUntilHealed) {
+    ASSERT_NE(nullptr, engine.GetLUTOutput(0));
+    Fault(kComputeLutSlot, GetParam());
+    engine.setLUTTempType(vz::eKelvin);
+    EXPECT_FALSE(engine.UpdateLUT(0));
+    float temp = 0;
+    EXPECT_FALSE(engine.CountsToTemp(0, 1000, &temp, nullptr, vz::eKelvin));
+    EXPECT_EQ(0.0f, temp);
+    Fault(kComputeLutSlot, 0);
+    EXPECT_TRUE(engine.UpdateLUT(0));
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, FaultModes, testing::Values(kFailHresult, kZeroFlag));
+
+} // namespace
