@@ -12,6 +12,5 @@ cmake --build --preset mingw --target ostrel-convert camsim >/dev/null
 
 trap stop_wine_servers EXIT
 start_wine_server build/mingw demo
-export OSTREL_WINE_PREFIX=demo
-build/mingw/wine-run build/mingw/bin/camsim.exe /RegServer
-build/mingw/wine-run build/mingw/bin/ostrel-convert.exe "$@"
+scripts/start_simulator.sh build/mingw/wine-run build/mingw/bin demo serve
+OSTREL_WINE_PREFIX=demo build/mingw/wine-run build/mingw/bin/ostrel-convert.exe "$@"

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Registers the simulator in a prefix of the build tree and, with "serve", starts one server
-# process that serves every test until the prefix's Wine server ends. Tests then never start a
-# server themselves, which would hold on to their output until it exits.
+# process that serves every client until the prefix's Wine server ends. Clients then never start
+# a server themselves, which would inherit their output and hold it open until it exits.
 # Usage: start_simulator.sh <wine-run> <bin folder> <prefix> [serve]
 wine_run=$1 bin=$2
 export OSTREL_WINE_PREFIX=$3
