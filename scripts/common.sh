@@ -1,4 +1,4 @@
-# Shared by scripts/test.sh and scripts/demo.sh: packages, build, Wine servers.
+# Shared by scripts/test.sh and scripts/demo.sh: packages, and the Wine prefixes of a build.
 
 # Debian packages the build and the tests need.
 OSTREL_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev cmake
@@ -20,20 +20,19 @@ ensure_packages() {
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# Keeps the Wine server of one of the build tree's prefixes up until stop_wine_servers, so each
-# program started under Wine does not pay for starting it again.
-start_wine_server() {
+# Creates one of the build tree's Wine prefixes if it is missing (which takes a while, better
+# not inside a test's time limit), and remembers it for stop_wine_servers.
+prepare_wine_prefix() {
     local build=$1 prefix=$2
-    OSTREL_WINE_PREFIX=$prefix "$build/wine-run" cmd /c exit >/dev/null 2>&1 || true
-    WINEPREFIX="$build/wine/$prefix" wineserver -p </dev/null >/dev/null 2>&1 &
-    OSTREL_WINE_SERVERS+=("$build/wine/$prefix")
+    OSTREL_WINE_PREFIX=$prefix "$build/wine-run" cmd /c exit </dev/null >/dev/null 2>&1 || true
+    OSTREL_WINE_PREFIXES+=("$build/wine/$prefix")
 }
 
-# Ends every process of the prefixes started above, the simulator included.
+# Ends every process of the prefixes prepared above, the simulator included.
 stop_wine_servers() {
-    for prefix in "${OSTREL_WINE_SERVERS[@]}"; do
+    for prefix in "${OSTREL_WINE_PREFIXES[@]}"; do
         WINEPREFIX="$prefix" wineserver -k >/dev/null 2>&1 || true
     done
 }
 
-OSTREL_WINE_SERVERS=()
+OSTREL_WINE_PREFIXES=()

@@ -11,6 +11,6 @@ cmake --preset mingw >/dev/null
 cmake --build --preset mingw --target ostrel-convert camsim >/dev/null
 
 trap stop_wine_servers EXIT
-start_wine_server build/mingw demo
+prepare_wine_prefix build/mingw demo
 scripts/start_simulator.sh build/mingw/wine-run build/mingw/bin demo serve
 OSTREL_WINE_PREFIX=demo build/mingw/wine-run build/mingw/bin/ostrel-convert.exe "$@"

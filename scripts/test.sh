@@ -11,9 +11,10 @@ cmake --preset mingw >/dev/null
 cmake --build --preset mingw
 
 trap stop_wine_servers EXIT
-start_wine_server build/mingw main
-start_wine_server build/mingw bare
-start_wine_server build/mingw lifetime
+prepare_wine_prefix build/mingw main
+prepare_wine_prefix build/mingw bare
+prepare_wine_prefix build/mingw crash
+prepare_wine_prefix build/mingw lifetime
 ctest --preset mingw
 
 cmake --preset native >/dev/null
