@@ -1,14 +1,11 @@
-// camsim's calibration object, out of process, loaded with the sample records.
+// camsim's calibration object, out of process, loaded with the sample records, and the faults
+// SimSetFault injects into its slots for the whole server process.
 #include <cmath>
-#include <functional>
-#include <string>
+#include <tuple>
 
 #include "server_session.h"
 
 namespace {
-
-const SampleRecord kNeutralObject{
-    {"objFactorA", 1}, {"objTempA", 293.15}, {"objTempB", 293.15}, {"objFactorB", 1}};
 
 class SimulatorCalibration : public ServerTest {
 protected:
@@ -25,9 +22,9 @@ protected:
         ASSERT_TRUE(calibration_ && tables_.Valid());
     }
 
-    void BuildTable(const SampleRecord& object) {
+    void BuildTable() {
         ASSERT_TRUE(LoadFactoryRecord(calibration_.Get(), factory_));
-        ASSERT_TRUE(SendObjectRecord(calibration_.Get(), object));
+        ASSERT_TRUE(SendObjectRecord(calibration_.Get(), object_));
         ASSERT_TRUE(ComputeLut(calibration_.Get(), tables_));
     }
 
@@ -40,7 +37,7 @@ protected:
 };
 
 TEST_F(SimulatorCalibration, SampleTableIsMonotoneAndSpansTheCalibratedRange) {
-    BuildTable(object_);
+    BuildTable();
     for (std::uint32_t i = 1; i < SharedTables::kEntries; ++i) {
         ASSERT_TRUE(std::isfinite(Lut(i))) << "count " << i;
         ASSERT_GE(Lut(i), Lut(i - 1)) << "count " << i;
@@ -52,30 +49,8 @@ TEST_F(SimulatorCalibration, SampleTableIsMonotoneAndSpansTheCalibratedRange) {
     EXPECT_NEAR(Lut(65535), 150.0, 10.0);
 }
 
-TEST_F(SimulatorCalibration, SampleCountLimitsMatchItsTemperatureLimits) {
-    BuildTable(kNeutralObject);
-    EXPECT_NEAR(Lut(low_), factory_.at("tempMinK") - 273.15, 0.05);
-    EXPECT_NEAR(Lut(high_), factory_.at("tempMaxK") - 273.15, 0.05);
-}
-
-TEST_F(SimulatorCalibration, DirectKindGivesTheSameTable) {
-    BuildTable(object_);
-    SampleRecord direct = factory_;
-    direct["calKind"] = 2;
-    direct["calCoef0"] = factory_.at("calCoef0") / factory_.at("calCoefExtra");
-    const auto other = CreateCalibration();
-    const SharedTables otherTables;
-    ASSERT_TRUE(other && otherTables.Valid());
-    ASSERT_TRUE(LoadFactoryRecord(other.Get(), direct));
-    ASSERT_TRUE(SendObjectRecord(other.Get(), object_));
-    ASSERT_TRUE(ComputeLut(other.Get(), otherTables));
-    for (std::uint32_t i = 0; i < SharedTables::kEntries; i += 61) {
-        ASSERT_EQ(otherTables.Temperatures()[i], Lut(i)) << "count " << i;
-    }
-}
-
 TEST_F(SimulatorCalibration, TempToCountsInvertsTheTable) {
-    BuildTable(object_);
+    BuildTable();
     for (std::uint32_t count = low_; count <= high_; count += 97) {
         unsigned short back = 0;
         BOOL ok = FALSE;
@@ -88,7 +63,7 @@ TEST_F(SimulatorCalibration, TempToCountsInvertsTheTable) {
 TEST_F(SimulatorCalibration, IntegrationTimeAtFollowsTheTable) {
     for (const double time : {2000.0, 3500.0}) {
         factory_["integrationTime"] = time;
-        BuildTable(object_);
+        BuildTable();
         for (const std::uint32_t count : {low_, 20000u, high_}) {
             float result = 0.0f;
             BOOL ok = FALSE;
@@ -100,93 +75,58 @@ TEST_F(SimulatorCalibration, IntegrationTimeAtFollowsTheTable) {
     }
 }
 
-TEST_F(SimulatorCalibration, EachObjectKeepsItsOwnCalibration) {
-    BuildTable(object_);
-    const auto fresh = CreateCalibration();
-    ASSERT_TRUE(fresh);
-    BOOL ok = TRUE;
-    ASSERT_HRESULT_SUCCEEDED(fresh->CalComputeLUT(65536, 1, 65535, tables_.CountsName(),
-                                                  tables_.TemperatureName(), &ok));
-    EXPECT_FALSE(ok);
-}
+constexpr ULONG kComputeLutSlot = 9;
+constexpr ULONG kIsReadySlot = 14; // has no success flag, so every fault fails the call
 
-// ---- Requests refused with a zero success flag, leaving the object usable ----
-
-struct Request {
-    std::string name;
-    bool loadFirst;
-    std::function<HRESULT(IOsCalibration*, const SharedTables&, BOOL*)> call;
-};
-
-void PrintTo(const Request& request, std::ostream* out) {
-    *out << request.name;
-}
-
-class SimulatorCalibrationRefusals : public SimulatorCalibration,
-                                     public ::testing::WithParamInterface<Request> {};
-
-TEST_P(SimulatorCalibrationRefusals, ReportNotOkAndKeepTheObjectUsable) {
-    if (GetParam().loadFirst) {
+class SimulatorFaults : public SimulatorCalibration,
+                        public ::testing::WithParamInterface<std::tuple<ULONG, LONG>> {
+protected:
+    void SetUp() override {
+        SimulatorCalibration::SetUp();
+        controller_ = CreateCalibration();
+        ASSERT_TRUE(controller_);
         ASSERT_TRUE(LoadFactoryRecord(calibration_.Get(), factory_));
     }
-    BOOL ok = TRUE;
-    EXPECT_EQ(GetParam().call(calibration_.Get(), tables_, &ok), S_OK);
-    EXPECT_FALSE(ok);
-    if (GetParam().loadFirst) {
-        EXPECT_TRUE(ComputeLut(calibration_.Get(), tables_));
+    // The table is process-wide: leave no fault behind for the next test.
+    void TearDown() override {
+        if (controller_) {
+            controller_->SimSetFault(std::get<0>(GetParam()), 0);
+        }
     }
+
+    // A valid call of the slot on the loaded object; the flag stays TRUE for CalIsReady.
+    HRESULT Call(ULONG slot, BOOL* ok) {
+        if (slot == kIsReadySlot) {
+            *ok = TRUE;
+            return calibration_->CalIsReady();
+        }
+        return calibration_->CalComputeLUT(65536, 1, 65535, tables_.CountsName(),
+                                           tables_.TemperatureName(), ok);
+    }
+
+    ComRef<IOsCalibration> controller_;
+};
+
+// Set through one object, the fault shows on another, and clearing it restores the slot.
+TEST_P(SimulatorFaults, ModeDecidesHowEveryObjectFails) {
+    const auto [slot, mode] = GetParam();
+    ASSERT_EQ(controller_->SimSetFault(slot, mode), S_OK);
+    BOOL ok = TRUE;
+    const HRESULT faulted = Call(slot, &ok);
+    if (mode == 1 || slot == kIsReadySlot) {
+        EXPECT_EQ(faulted, E_FAIL);
+    } else {
+        EXPECT_EQ(faulted, S_OK);
+        EXPECT_FALSE(ok);
+    }
+    ASSERT_EQ(controller_->SimSetFault(slot, 0), S_OK);
+    ok = FALSE;
+    EXPECT_EQ(Call(slot, &ok), S_OK);
+    EXPECT_TRUE(ok);
 }
 
-HRESULT Table(IOsCalibration* c, ULONG entries, ULONG step, ULONG largest, BSTR counts,
-              BSTR temperatures, BOOL* ok) {
-    return c->CalComputeLUT(entries, step, largest, counts, temperatures, ok);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , SimulatorCalibrationRefusals,
-    ::testing::Values(
-        Request{"TableBeforeCalibration", false,
-                [](auto c, auto& t, BOOL* ok) {
-                    return Table(c, 65536, 1, 65535, t.CountsName(), t.TemperatureName(), ok);
-                }},
-        Request{"TableWithoutMappings", true,
-                [](auto c, auto&, BOOL* ok) { return Table(c, 65536, 1, 65535, 0, 0, ok); }},
-        Request{"TableIntoSmallMappings", true,
-                [](auto c, auto&, BOOL* ok) {
-                    const SharedTables small(1024);
-                    return Table(c, 65536, 1, 65535, small.CountsName(), small.TemperatureName(),
-                                 ok);
-                }},
-        Request{"TableWithStride", true,
-                [](auto c, auto& t, BOOL* ok) {
-                    return Table(c, 65536, 2, 65535, t.CountsName(), t.TemperatureName(), ok);
-                }},
-        Request{"TableWithCountsAboveLargest", true,
-                [](auto c, auto& t, BOOL* ok) {
-                    return Table(c, 65536, 1, 1000, t.CountsName(), t.TemperatureName(), ok);
-                }},
-        Request{"CountsBelowAbsoluteZero", true,
-                [](auto c, auto&, BOOL* ok) {
-                    unsigned short counts = 0;
-                    return c->CalTempToCounts(-300.0f, &counts, ok);
-                }},
-        Request{"OtherKindThroughKind2Slot", true,
-                [](auto c, auto&, BOOL* ok) {
-                    return c->CalLoadFactoryKind2(1, 1e6f, 1430, 1, 0, 1000, 0, 60000, 1000, 420,
-                                                  250, ok);
-                }},
-        Request{"FactoryWithoutSignal", true,
-                [](auto c, auto&, BOOL* ok) {
-                    return c->CalLoadFactory(1, 0, 1430, 1, 0, 1000, 0, 60000, 1000, 420, 250, 4,
-                                             ok);
-                }},
-        Request{"ObjectParamsInUnknownMode", true,
-                [](auto c, auto&, BOOL* ok) { return c->CalSetObjectParams(1, 20, 1, 20, 0, ok); }},
-        Request{"IntegrationTimeInUnknownMode", true,
-                [](auto c, auto&, BOOL* ok) {
-                    float time = 0;
-                    return c->CalIntegrationTimeAt(300, 20000, &time, 2, ok);
-                }}),
-    [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(, SimulatorFaults,
+                         ::testing::Combine(::testing::Values(kComputeLutSlot, kIsReadySlot),
+                                            ::testing::Values(LONG{1}, LONG{2})));
 
 } // namespace

@@ -1,4 +1,4 @@
-// camsim.exe as a process: its lifetime as a server, its command line, its registration.
+// camsim.exe as a process: its lifetime as a server and its command line.
 #include <filesystem>
 #include <string>
 
@@ -7,7 +7,6 @@
 namespace {
 
 using camsim::UniqueHandle;
-using camsim::UniqueKey;
 
 constexpr DWORD kExitWaitMs = 30000;
 
@@ -67,10 +66,6 @@ TEST_P(SimulatorProcess, EndsWhenTheLastObjectIsReleased) {
 
 INSTANTIATE_TEST_SUITE_P(, SimulatorProcess, ::testing::Bool());
 
-TEST(SimulatorCommandLine, ServerEndsWhenNoClientCreatesAnObject) {
-    EXPECT_EQ(RunCamsim(L"-Embedding"), 0u);
-}
-
 class SimulatorBadCommandLine : public ::testing::TestWithParam<const wchar_t*> {};
 
 TEST_P(SimulatorBadCommandLine, FailsWithoutDoingAnything) {
@@ -80,48 +75,5 @@ TEST_P(SimulatorBadCommandLine, FailsWithoutDoingAnything) {
 INSTANTIATE_TEST_SUITE_P(, SimulatorBadCommandLine,
                          ::testing::Values(L"", L"/Register", L"/RegServer /UnregServer",
                                            L"RegServer"));
-
-std::wstring ClassKey(const CLSID& clsid) {
-    wchar_t text[39] = {};
-    StringFromGUID2(clsid, text, 39);
-    return std::wstring(L"Software\\Classes\\CLSID\\") + text + L"\\LocalServer32";
-}
-
-std::wstring ReadDefaultValue(HKEY root, const std::wstring& key) {
-    wchar_t text[MAX_PATH] = {};
-    DWORD bytes = sizeof(text);
-    if (RegGetValueW(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &bytes) !=
-        ERROR_SUCCESS) {
-        return {};
-    }
-    return text;
-}
-
-// Leaves the simulator registered whatever the test did, for the tests that follow.
-struct RegisterAgainAtExit {
-    ~RegisterAgainAtExit() { RunCamsim(L"/RegServer"); }
-};
-
-class SimulatorRegistration : public ServerTest {};
-
-TEST_F(SimulatorRegistration, UnregisterRemovesWhatRegisterWrites) {
-    const RegisterAgainAtExit reregister;
-    ASSERT_EQ(RunCamsim(L"/UnregServer"), 0u);
-    EXPECT_EQ(ReadDefaultValue(HKEY_CURRENT_USER, ClassKey(CLSID_OsCalibration)), L"");
-    ComRef<IOsCalibration> calibration;
-    EXPECT_EQ(CoCreateInstance(CLSID_OsCalibration, nullptr, CLSCTX_LOCAL_SERVER,
-                               IID_IOsCalibration, calibration.PutVoid()),
-              REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(RunCamsim(L"/UnregServer"), 0u) << "unregistering twice";
-
-    ASSERT_EQ(RunCamsim(L"/RegServer"), 0u);
-    for (const CLSID* clsid : {&CLSID_OstrelHost, &CLSID_OsCalibration}) {
-        EXPECT_TRUE(std::filesystem::equivalent(
-            ReadDefaultValue(HKEY_CURRENT_USER, ClassKey(*clsid)), CamsimPath()));
-    }
-    const auto created = CreateCalibration();
-    ASSERT_TRUE(created);
-    EXPECT_HRESULT_SUCCEEDED(created->CalIsReady());
-}
 
 } // namespace

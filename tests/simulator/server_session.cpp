@@ -2,9 +2,19 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace {
+
+std::string Trim(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t\r");
+    return first == std::string::npos
+               ? std::string()
+               : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
 
 ::testing::AssertionResult Checked(const char* call, HRESULT hr, BOOL ok) {
     if (FAILED(hr) || !ok) {
@@ -23,6 +33,30 @@ ULONG Count(const SampleRecord& record, const std::string& name) {
 }
 
 } // namespace
+
+std::optional<SampleRecord> ReadSample(const wchar_t* fileName) {
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::ifstream input(std::filesystem::path(program).parent_path() / "samples" / fileName);
+    if (!input) {
+        return std::nullopt;
+    }
+    SampleRecord record;
+    for (std::string line; std::getline(input, line);) {
+        line = Trim(line.substr(0, line.find('#')));
+        const auto equals = line.find('=');
+        if (line.empty()) {
+            continue;
+        }
+        const std::string value = equals == std::string::npos ? "" : Trim(line.substr(equals + 1));
+        char* end = nullptr;
+        record[Trim(line.substr(0, equals))] = std::strtod(value.c_str(), &end);
+        if (value.empty() || *end != '\0') {
+            return std::nullopt;
+        }
+    }
+    return record;
+}
 
 ComRef<IOstrelHost> CreateHost() {
     ComRef<IOstrelHost> host;
@@ -49,15 +83,11 @@ ULONG ServerProcessId(IOsCalibration* calibration) {
     for (int i = 0; i < 6; ++i) {
         k[i] = Field(r, "calCoef" + std::to_string(i));
     }
-    const ULONG kind = Count(r, "calKind");
     BOOL ok = FALSE;
-    HRESULT hr = kind == 2 ? c->CalLoadFactoryKind2(kind, k[0], k[1], k[2], k[3], k[4], k[5],
-                                                    Count(r, "countsHigh"), Count(r, "countsLow"),
-                                                    Field(r, "tempMaxK"), Field(r, "tempMinK"), &ok)
-                           : c->CalLoadFactory(kind, k[0], k[1], k[2], k[3], k[4], k[5],
-                                               Count(r, "countsHigh"), Count(r, "countsLow"),
-                                               Field(r, "tempMaxK"), Field(r, "tempMinK"),
-                                               Field(r, "calCoefExtra"), &ok);
+    HRESULT hr =
+        c->CalLoadFactory(Count(r, "calKind"), k[0], k[1], k[2], k[3], k[4], k[5],
+                          Count(r, "countsHigh"), Count(r, "countsLow"), Field(r, "tempMaxK"),
+                          Field(r, "tempMinK"), Field(r, "calCoefExtra"), &ok);
     if (auto result = Checked("factory load", hr, ok); !result) {
         return result;
     }
@@ -81,17 +111,17 @@ ULONG ServerProcessId(IOsCalibration* calibration) {
     return Checked("CalSetObjectParams", hr, ok);
 }
 
-SharedTables::SharedTables(std::size_t entries) : entries_(entries) {
+SharedTables::SharedTables() {
     static std::atomic<unsigned> serial{0};
     const std::wstring suffix =
         std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(++serial);
     const std::wstring countsName = L"CamSimTest Counts " + suffix;
     const std::wstring temperatureName = L"CamSimTest Temperatures " + suffix;
     countsMapping_.Reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
-                                            static_cast<DWORD>(entries * sizeof(std::uint16_t)),
+                                            static_cast<DWORD>(kEntries * sizeof(std::uint16_t)),
                                             countsName.c_str()));
     temperatureMapping_.Reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
-                                                 static_cast<DWORD>(entries * sizeof(float)),
+                                                 static_cast<DWORD>(kEntries * sizeof(float)),
                                                  temperatureName.c_str()));
     if (!countsMapping_ || !temperatureMapping_) {
         return;
@@ -102,7 +132,7 @@ SharedTables::SharedTables(std::size_t entries) : entries_(entries) {
         return;
     }
     auto* counts = static_cast<std::uint16_t*>(countsView_.Get());
-    for (std::size_t i = 0; i < entries; ++i) {
+    for (std::size_t i = 0; i < kEntries; ++i) {
         counts[i] = static_cast<std::uint16_t>(i);
     }
     countsName_.Reset(SysAllocString(countsName.c_str()));
@@ -110,7 +140,7 @@ SharedTables::SharedTables(std::size_t entries) : entries_(entries) {
 }
 
 std::span<const float> SharedTables::Temperatures() const {
-    return {static_cast<const float*>(temperatureView_.Get()), entries_};
+    return {static_cast<const float*>(temperatureView_.Get()), kEntries};
 }
 
 ::testing::AssertionResult ComputeLut(IOsCalibration* calibration, const SharedTables& tables) {

@@ -4,14 +4,23 @@
 
 #include <ostrel_server.h>
 
+#include <map>
+#include <optional>
 #include <span>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include "sample_file.h"
 #include "unique_resources.h"
 
 using camsim::ComRef;
+
+// A sample record of simulator/samples (copied beside the test program): field name to value,
+// as the file's "name = value" lines give them.
+using SampleRecord = std::map<std::string, double>;
+
+// Empty when the file is missing or a line is malformed.
+std::optional<SampleRecord> ReadSample(const wchar_t* fileName);
 
 // Every test runs in its own single-threaded apartment, as the library's callers do.
 class ServerTest : public ::testing::Test {
@@ -32,7 +41,8 @@ ComRef<IOstrelHost> CreateHost();
 ComRef<IOsCalibration> CreateCalibration();
 ULONG ServerProcessId(IOsCalibration* calibration);
 
-// The kind's load slot, then integration time (truncated) and auxiliary value.
+// The factory record through CalLoadFactory (the sample's kind is not 2), then integration
+// time (truncated) and auxiliary value.
 ::testing::AssertionResult LoadFactoryRecord(IOsCalibration* calibration,
                                              const SampleRecord& record);
 // Kelvin sent as Celsius and zero factors as 1, as the engine sends them.
@@ -45,7 +55,7 @@ class SharedTables {
 public:
     static constexpr std::size_t kEntries = 65536;
 
-    explicit SharedTables(std::size_t entries = kEntries);
+    SharedTables();
 
     bool Valid() const { return countsName_ && temperatureName_; }
     BSTR CountsName() const { return countsName_.Get(); }
@@ -53,7 +63,6 @@ public:
     std::span<const float> Temperatures() const;
 
 private:
-    std::size_t entries_;
     camsim::UniqueHandle countsMapping_, temperatureMapping_;
     camsim::UniqueMappedView countsView_, temperatureView_;
     camsim::UniqueBstr countsName_, temperatureName_;

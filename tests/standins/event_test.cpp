@@ -55,41 +55,4 @@ TEST_F(Event, DetachRemovesTheFirstRecordWithTheSameHandler) {
     EXPECT_EQ(m_event[2].invoker, &m_invoker);
 }
 
-TEST_F(Event, NullOrUnknownHandlersChangeNothing) {
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
-    const vz::TFunctionHandler2<void*, Value> unknown([](void*, Value) {});
-
-    EXPECT_FALSE(m_event.Attach(nullptr));
-    EXPECT_FALSE(m_event.Detach(&m_secondHandler));
-    EXPECT_FALSE(m_event.Detach(&unknown));
-    EXPECT_FALSE(m_event.Detach(nullptr));
-    EXPECT_EQ(m_event.GetCount(), 1u);
-}
-
-TEST_F(Event, RecordAccessPastTheCountThrows) {
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
-    const vz::event1<Value>& readOnly = m_event;
-
-    EXPECT_THROW(m_event[1], vz::CException);
-    EXPECT_THROW(readOnly[1], vz::CException);
-}
-
-TEST_F(Event, CopiesShareHandlersButNotRecords) {
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler, &m_invoker, true));
-    ASSERT_TRUE(m_event.Attach(&m_secondHandler));
-
-    vz::event1<Value> copy(m_event);
-    vz::event1<Value> assigned;
-    assigned = m_event;
-    ASSERT_TRUE(m_event.Detach(&m_firstHandler));
-
-    for (const vz::event1<Value>* event : {&copy, &assigned}) {
-        ASSERT_EQ(event->GetCount(), 2u);
-        EXPECT_EQ((*event)[0].handler, &m_firstHandler);
-        EXPECT_EQ((*event)[0].invoker, &m_invoker);
-        EXPECT_TRUE((*event)[0].asynchronous);
-        EXPECT_EQ((*event)[1].handler, &m_secondHandler);
-    }
-}
-
 } // namespace

@@ -49,43 +49,4 @@ TEST(SingletonPtr, RacingThreadsShareOneInstance) {
     EXPECT_EQ(SlowSingleton::m_InstDone, 1);
 }
 
-struct Settings {
-    int value = 0;
-};
-
-using SettingsSingleton = vz::TSingletonPtr<Settings, 10, 0, vz::TSingletonPtrPostCreateDoNothing>;
-
-TEST(SingletonPtr, EveryHolderReachesTheSameInstance) {
-    SettingsSingleton holder;
-    holder->value = 5;
-
-    const SettingsSingleton copy(holder);
-    SettingsSingleton assigned;
-    assigned = copy;
-
-    EXPECT_EQ((*copy).value, 5);
-    EXPECT_EQ(static_cast<Settings*>(assigned), SettingsSingleton::GetInstance());
-    EXPECT_EQ(SettingsSingleton::m_pInst, SettingsSingleton::GetInstance());
-}
-
-struct CountsDestruction {
-    static inline int destroyed = 0;
-    ~CountsDestruction() { ++destroyed; }
-};
-
-TEST(SingletonPtr, DeleteDestroysAndIgnoresNull) {
-    using Holder =
-        vz::TSingletonPtr<CountsDestruction, 10, 0, vz::TSingletonPtrPostCreateDoNothing>;
-
-    const int destroyedBefore = CountsDestruction::destroyed;
-    Holder::Delete(nullptr);
-    EXPECT_EQ(CountsDestruction::destroyed, destroyedBefore);
-    Holder::Delete(new CountsDestruction);
-    EXPECT_EQ(CountsDestruction::destroyed, destroyedBefore + 1);
-}
-
-TEST(DeleteAtExit, RefusesANullDeleter) {
-    EXPECT_THROW(vz::Private::DeleteAtExit(nullptr, 1, nullptr), vz::CException);
-}
-
 } // namespace

@@ -1,16 +1,13 @@
-// A process of its own for the stand-in tests that watch what happens as vz.dll unloads or
-// what reaches standard error:
-//   standins_probe delete-at-exit [name:order | singleton]...
-//       registers deletions that print their names when vz.dll runs them; "singleton" creates
-//       a TSingletonPtr instance of order 3 that prints "singleton".
-//   standins_probe log
-//       writes one line through gLog after restoring its default writer.
-#include <vz/log.h>
+// A process of its own for the stand-in test that watches what happens as vz.dll unloads:
+//   standins_probe [name:order | singleton]...
+// registers deletions that print their names when vz.dll runs them; "singleton" creates a
+// TSingletonPtr instance of order 3 that prints "singleton".
 #include <vz/singleton.h>
 
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -52,27 +49,14 @@ bool RegisterDeletion(const char* argument) {
     return true;
 }
 
-void IgnoreLine(const wchar_t*, void*) {}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc >= 2 && std::strcmp(argv[1], "delete-at-exit") == 0) {
-        for (int i = 2; i < argc; ++i) {
-            if (!RegisterDeletion(argv[i])) {
-                std::fprintf(stderr, "expected name:order or singleton, got \"%s\"\n", argv[i]);
-                return 2;
-            }
+    for (int i = 1; i < argc; ++i) {
+        if (!RegisterDeletion(argv[i])) {
+            std::fprintf(stderr, "expected name:order or singleton, got \"%s\"\n", argv[i]);
+            return 2;
         }
-        return 0;
     }
-    if (argc == 2 && std::strcmp(argv[1], "log") == 0) {
-        vz::gLog->SetWriter(IgnoreLine, nullptr);
-        vz::gLog->SetWriter(nullptr, nullptr);
-        vz::gLog->WriteLine(L"Gr\u00fc\u00dfe from vz");
-        return 0;
-    }
-    std::fprintf(stderr, "usage: standins_probe delete-at-exit [name:order | singleton]...\n"
-                         "       standins_probe log\n");
-    return 2;
+    return 0;
 }
