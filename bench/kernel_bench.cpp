@@ -27,7 +27,8 @@ struct Frame {
 
 const Frame kFrames[] = {{640, 512}, {4096, 3072}};
 
-// Four current Celsius tables: nothing is ever rebuilt, as in a steady stream of frames.
+// One current Celsius table for every preset: nothing is ever rebuilt, as in a steady stream of
+// frames.
 class BenchEngine {
 public:
     BenchEngine() : values(kLutSize), status(kLutSize) {
