@@ -1,11 +1,16 @@
 // camsim.exe as a process: its lifetime as a server and its command line.
+#include <ostrel_server.h>
+
 #include <filesystem>
 #include <string>
 
-#include "server_session.h"
+#include <gtest/gtest.h>
+
+#include "unique_resources.h"
 
 namespace {
 
+using camsim::ComRef;
 using camsim::UniqueHandle;
 
 constexpr DWORD kExitWaitMs = 30000;
@@ -39,11 +44,40 @@ DWORD RunCamsim(const std::wstring& arguments) {
     return code;
 }
 
-UniqueHandle OpenServerProcess(IOsCalibration* calibration) {
-    return UniqueHandle(OpenProcess(SYNCHRONIZE, FALSE, ServerProcessId(calibration)));
+ComRef<IOstrelHost> CreateHost() {
+    ComRef<IOstrelHost> host;
+    CoCreateInstance(CLSID_OstrelHost, nullptr, CLSCTX_LOCAL_SERVER, IID_IOstrelHost,
+                     host.PutVoid());
+    return host;
 }
 
-class SimulatorProcess : public ServerTest, public ::testing::WithParamInterface<bool> {};
+ComRef<IOsCalibration> CreateCalibration() {
+    ComRef<IOsCalibration> calibration;
+    CoCreateInstance(CLSID_OsCalibration, nullptr, CLSCTX_LOCAL_SERVER, IID_IOsCalibration,
+                     calibration.PutVoid());
+    return calibration;
+}
+
+UniqueHandle OpenServerProcess(IOsCalibration* calibration) {
+    ULONG pid = 0;
+    EXPECT_HRESULT_SUCCEEDED(calibration->SimProcessId(&pid));
+    return UniqueHandle(OpenProcess(SYNCHRONIZE, FALSE, pid));
+}
+
+// Each test in its own single-threaded apartment, as the library's callers use COM.
+class SimulatorProcess : public ::testing::TestWithParam<bool> {
+protected:
+    SimulatorProcess() : apartment_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+    ~SimulatorProcess() override {
+        if (SUCCEEDED(apartment_)) {
+            CoUninitialize();
+        }
+    }
+    void SetUp() override { ASSERT_HRESULT_SUCCEEDED(apartment_); }
+
+private:
+    HRESULT apartment_;
+};
 
 // Parameter: whether the calibration object, rather than the main object, goes last.
 TEST_P(SimulatorProcess, EndsWhenTheLastObjectIsReleased) {
