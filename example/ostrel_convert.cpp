@@ -1,129 +1,147 @@
-// ostrel-convert: the example host. It connects to the camera server and reports its version,
-// shows a server notification arriving at a handler, loads a factory calibration and object
-// parameters into a calibration engine, has the server build the preset's temperature table,
-// and prints a few count-to-temperature pairs and how the table's entries are marked.
+// ostrel-convert: the example host. It converts frames of detector counts into temperatures
+// through the camera server's calibration: it connects to the server, loads a factory record per
+// preset and the object parameters into a calibration engine, converts each frame by one preset,
+// a preset map or pixel keys, writes the results beside the frames and sums up the batch.
 #include <ostrel.h>
 
-#include <vz/handler.h>
-#include <vz/invoker.h>
-
-#include <array>
+#include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <string>
+#include <vector>
 
+#include "batch_inputs.h"
+#include "batch_summary.h"
+#include "display_name.h"
+#include "engine_setup.h"
+#include "frame_conversion.h"
+#include "frame_files.h"
+#include "frame_outputs.h"
+#include "options.h"
+#include "pixel_presets.h"
+#include "progress_bar.h"
 #include "record_files.h"
 
 namespace {
+
+using namespace convert;
 
 int Fail(const std::string& message) {
     std::fprintf(stderr, "ostrel-convert: %s\n", message.c_str());
     return 1;
 }
 
-// The sample records: beside the program in the build tree, under share/ in the SDK.
-std::filesystem::path SamplesFolder() {
-    wchar_t exe[MAX_PATH];
-    GetModuleFileNameW(nullptr, exe, MAX_PATH);
-    const std::filesystem::path bin = std::filesystem::path(exe).parent_path();
-    const std::filesystem::path beside = bin / "samples";
-    return std::filesystem::exists(beside) ? beside : bin.parent_path() / "share/ostrel/samples";
+bool ReadPresetSource(const Options& options, PresetSource& source, std::string& error) {
+    switch (options.dispatch) {
+    case Dispatch::Uniform:
+        source = UniformPreset{options.preset};
+        return true;
+    case Dispatch::PresetMap:
+        return ReadPresetMap(options.presetMap, source.emplace<PresetMap>(), error);
+    case Dispatch::Keyed:
+        return ReadPixelKeys(options.keys, options.keyTable, source.emplace<PixelKeys>(), error);
+    }
+    return false;
 }
 
-struct EventListener {
-    void OnServerEvent(void*, unsigned __int64 value) {
-        received = true;
-        this->value = value;
+bool ReadFrame(const Options& options, const std::filesystem::path& file, Frame& frame,
+               std::string& error) {
+    if (options.raw) {
+        return ReadRaw(file, *options.raw, frame, error);
     }
-    bool received = false;
-    unsigned __int64 value = 0;
-};
-
-void PumpMessages() {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        DispatchMessageW(&message);
+    if (!ReadPgm(file, frame, error)) {
+        return false;
     }
+    if (options.width.value_or(frame.width) != frame.width ||
+        options.height.value_or(frame.height) != frame.height) {
+        error = DisplayName(file) + ": " + std::to_string(frame.width) + "x" +
+                std::to_string(frame.height) + " pixels do not match --width " +
+                (options.width ? std::to_string(*options.width) : "(any)") + " --height " +
+                (options.height ? std::to_string(*options.height) : "(any)");
+        return false;
+    }
+    return true;
 }
 
-// The simulator posts a notification on request. This thread is the host's message-queue
-// thread: the event window is created and the notification delivered while it pumps.
-void ShowServerEvent(COstrel& host) {
-    vz::messageQueueInvoker.AttachToCurrentThread();
-    EventListener listener;
-    vz::TMemberHandler2<EventListener, void*, unsigned __int64> handler(
-        &listener, &EventListener::OnServerEvent);
-    gOstrelEvents->mEvent.Attach(&handler);
-    bool requested = false;
-    for (int tick = 0; tick < 500 && !listener.received; ++tick) {
-        PumpMessages();
-        if (!requested && gOstrelEvents->mHwnd != nullptr) {
-            requested = true;
-            if (FAILED(host->SimPostEvent(0x0517E1))) {
-                std::puts("The server sends no notification on request (not the simulator).");
-                break;
-            }
+// Stops at the first frame that fails. The progress bar is gone when this returns, so that a
+// message starts a line of its own.
+bool ConvertFiles(const Options& options, vz::CBroadCal& engine, const PresetSource& source,
+                  const std::vector<std::filesystem::path>& files, BatchSummary& summary,
+                  std::string& error) {
+    ProgressBar progress(files.size());
+    Frame frame;
+    Temperatures result;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const std::filesystem::path& file = files[i];
+        progress.Show(i, file);
+        if (!ReadFrame(options, file, frame, error) || !MatchesFrame(source, frame, file, error)) {
+            return false;
         }
-        Sleep(10);
+        const auto start = std::chrono::steady_clock::now();
+        if (!ConvertFrame(engine, source, frame, options.unit, result)) {
+            error =
+                DisplayName(file) + ": the camera server failed to build the temperature tables";
+            return false;
+        }
+        const std::chrono::duration<double, std::milli> elapsed =
+            std::chrono::steady_clock::now() - start;
+        if (!WriteFrameOutputs(options, file, frame.width, frame.height, result, error)) {
+            return false;
+        }
+        summary.Add(result.values, result.status, elapsed.count());
     }
-    if (listener.received) {
-        std::printf("Server notification 0x%llx arrived at the handler.\n", listener.value);
-    } else if (requested) {
-        std::puts("No server notification arrived within 5 seconds.");
-    }
-    gOstrelEvents->mEvent.Detach(&handler);
-    vz::messageQueueInvoker.Detach();
+    return true;
 }
 
-} // namespace
+int Run(const Options& options) {
+    std::string error;
+    PresetSource source;
+    Calibration calibration;
+    std::vector<std::filesystem::path> files;
+    if (!ReadPresetSource(options, source, error)) {
+        return Fail(error);
+    }
+    const PresetFlags used = PresetsUsed(source);
+    if (!ReadCalibration(options, used, records::SamplesFolder(), calibration, error) ||
+        !ExpandInputs(options.inputs, options.raw ? L".raw" : L".pgm", files, error)) {
+        return Fail(error);
+    }
+    std::error_code code;
+    if (options.outFolder && !std::filesystem::is_directory(*options.outFolder, code) &&
+        !std::filesystem::create_directories(*options.outFolder, code)) {
+        return Fail("--out " + DisplayName(*options.outFolder) + ": can't create the folder");
+    }
 
-int main() {
     COstrel host = GetOstrel();
     unsigned long major = 0, minor = 0, build = 0;
     if (!host || !GetOstrelVersion(major, minor, build)) {
         return Fail("can't connect to the camera server (is it registered, 5.90.4 or newer?)");
     }
     std::printf("Connected to camera server %lu.%lu.%lu.\n", major, minor, build);
-    ShowServerEvent(host);
-
-    const std::filesystem::path samples = SamplesFolder();
-    vz::reduce::CQuilloFactoryCalReduceObject record;
-    vz::reduce::CObjectParametersReduceObject params;
-    std::string error;
-    if (!records::ReadFactoryCal(samples / "factory_cal.txt", record, error) ||
-        !records::ReadObjectParams(samples / "object_params.txt", params, error)) {
-        return Fail(error);
-    }
 
     vz::CBroadCal engine;
-    if (!engine.isAvailable()) {
-        return Fail("the camera server's calibration service is not available");
+    if (!LoadIntoEngine(engine, calibration, options.lutUnit, options.dispatch, used, error)) {
+        return Fail(error);
     }
-    const unsigned char preset = 0;
-    if (!engine.SetBroadCal(preset, &record) || !engine.SetObjectParams(&params)) {
-        return Fail("the camera server refused the calibration");
+    BatchSummary summary;
+    if (!ConvertFiles(options, engine, source, files, summary, error)) {
+        return Fail(error);
     }
-    const float* temps = engine.GetLUTOutput(preset);
-    const unsigned char* status = engine.GetLUTStatus(preset);
-    if (temps == nullptr || status == nullptr) {
-        return Fail("the camera server could not build the temperature table");
-    }
-
-    std::printf("Preset %u, calibrated from %u to %u counts:\n", preset, record.countsLow,
-                record.countsHigh);
-    std::puts("   counts   temperature (C)  status");
-    for (unsigned counts : {0u, record.countsLow, 16384u, 32768u, 49152u, record.countsHigh, 65535u}) {
-        std::printf("  %7u  %16.3f  %6u\n", counts, temps[counts], status[counts]);
-    }
-
-    std::array<unsigned, 5> histogram{};
-    for (unsigned i = 0; i < vz::kLutSize; ++i) {
-        ++histogram[status[i]];
-    }
-    std::puts("Table entries by status:");
-    std::printf("  inside the calibrated range  %6u\n", histogram[vz::eLUTValid]);
-    std::printf("  outside, within the margin   %6u\n", histogram[vz::eLUTOutside]);
-    std::printf("  below the low margin         %6u\n", histogram[vz::eLUTBelow]);
-    std::printf("  above the high margin        %6u\n", histogram[vz::eLUTAbove]);
+    summary.Print(stdout, options.unit);
     return 0;
+}
+
+} // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    const std::vector<std::wstring> arguments(argv + 1, argv + argc);
+    Options options;
+    std::string error;
+    if (!ParseOptions(arguments, options, error)) {
+        return Fail(error);
+    }
+    if (options.help) {
+        std::fputs(Usage(), stdout);
+        return 0;
+    }
+    return Run(options);
 }

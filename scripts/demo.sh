@@ -1,16 +1,31 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs the example host against the camera-server
-# simulator in the build tree's own Wine prefix.
+# simulator in the build tree's own Wine prefix. Without arguments it has the simulator
+# synthesise a scene (out/demo.pgm, its true temperatures in out/demo_truth.pfm) and converts it
+# into out/demo.png; with arguments it runs ostrel-convert with them, e.g.
+#   scripts/demo.sh out/demo.pgm --pfm --csv --unit K
+# OSTREL_BUILD_DIR picks another build folder than build/mingw.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh
+build=${OSTREL_BUILD_DIR:-build/mingw}
 
 ensure_packages
 
-cmake --preset mingw >/dev/null
-cmake --build --preset mingw --target ostrel-convert camsim >/dev/null
+cmake --preset mingw -B "$build" >/dev/null
+cmake --build "$build" -j2 --target ostrel-convert camsim >/dev/null
 
 trap stop_wine_servers EXIT
-prepare_wine_prefix build/mingw demo
-scripts/start_simulator.sh build/mingw/wine-run build/mingw/bin demo serve
-OSTREL_WINE_PREFIX=demo build/mingw/wine-run build/mingw/bin/ostrel-convert.exe "$@"
+prepare_wine_prefix "$build" demo
+scripts/start_simulator.sh "$build/wine-run" "$build/bin" demo serve
+
+# Relative paths work under Wine: the current folder is the repository's, seen as Z:\...
+in_demo_prefix() { OSTREL_WINE_PREFIX=demo "$build/wine-run" "$@"; }
+if [ $# -gt 0 ]; then
+    in_demo_prefix "$build/bin/ostrel-convert.exe" "$@"
+    exit
+fi
+mkdir -p out
+in_demo_prefix "$build/bin/camsim.exe" /Scene out/demo.pgm out/demo_truth.pfm
+in_demo_prefix "$build/bin/ostrel-convert.exe" out/demo.pgm --png
+echo "The false-colour picture is out/demo.png."

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "calibration_inputs.h"
 #include "mapped_table.h"
 
 namespace camsim {
@@ -75,8 +76,8 @@ HRESULT CalibrationObject::CalSetObjectParams(float factorA, float tempACelsius,
     if (const auto early = BeginCall(kSlotSetObjectParams, ok)) {
         return *early;
     }
-    *ok = mode == kStandardMode &&
-          model_.SetObjectParameters({factorA, tempACelsius, factorB, tempBCelsius});
+    *ok = mode == kStandardMode && model_.SetObjectParameters(ToObjectParameters(
+                                       factorA, tempACelsius, factorB, tempBCelsius));
     return S_OK;
 }
 
@@ -113,9 +114,10 @@ HRESULT CalibrationObject::CalLoadFactoryKind2(ULONG calKind, float c0, float c1
         return *early;
     }
     // Other kinds need the extra coefficient, which only the general slot carries.
-    *ok = calKind == 2 &&
-          model_.LoadFactory(
-              {calKind, {c0, c1, c2, c3, c4, c5}, 0.0, countsLow, countsHigh, tempMinK, tempMaxK});
+    *ok =
+        calKind == 2 &&
+        model_.LoadFactory(ToFactoryCalibration(
+            {calKind, {c0, c1, c2, c3, c4, c5}, 0.0f, countsLow, countsHigh, tempMinK, tempMaxK}));
     return S_OK;
 }
 
@@ -134,8 +136,8 @@ HRESULT CalibrationObject::CalLoadFactory(ULONG calKind, float c0, float c1, flo
     if (const auto early = BeginCall(kSlotLoadFactory, ok)) {
         return *early;
     }
-    *ok = model_.LoadFactory(
-        {calKind, {c0, c1, c2, c3, c4, c5}, coefExtra, countsLow, countsHigh, tempMinK, tempMaxK});
+    *ok = model_.LoadFactory(ToFactoryCalibration(
+        {calKind, {c0, c1, c2, c3, c4, c5}, coefExtra, countsLow, countsHigh, tempMinK, tempMaxK}));
     return S_OK;
 }
 

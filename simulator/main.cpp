@@ -1,5 +1,6 @@
 // camsim.exe: the camera-server simulator. "/RegServer" and "/UnregServer" manage its
-// registration; COM starts it with "-Embedding" to serve; "/Serve" serves until ended.
+// registration; COM starts it with "-Embedding" to serve; "/Serve" serves until ended; "/Scene"
+// writes a synthetic frame of counts and its temperatures.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -10,6 +11,7 @@
 
 #include "local_server.h"
 #include "registration.h"
+#include "scene_command.h"
 #include "unique_resources.h"
 
 namespace {
@@ -61,6 +63,12 @@ bool IsSwitch(const wchar_t* argument, std::wstring_view name) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     int count = 0;
     const camsim::UniqueArgv arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (arguments && count >= 2 && IsSwitch(arguments.Get()[1], L"Scene")) {
+        const camsim::CommandOutcome outcome =
+            camsim::RunSceneCommand({arguments.Get() + 2, static_cast<std::size_t>(count - 2)});
+        PrintLine(outcome.message);
+        return outcome.exitCode;
+    }
     if (arguments && count == 2) {
         const wchar_t* argument = arguments.Get()[1];
         if (IsSwitch(argument, L"RegServer")) {
@@ -76,6 +84,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
             return camsim::RunLocalServer(camsim::Lifetime::UntilEnded);
         }
     }
-    PrintLine("usage: camsim /RegServer | /UnregServer | /Serve (COM starts it with -Embedding)");
+    PrintLine("usage: camsim /RegServer | /UnregServer | /Serve | /Scene <frame.pgm> <truth.pfm> "
+              "[--width W] [--height H] (COM starts it with -Embedding)");
     return 2;
 }

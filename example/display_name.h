@@ -1,0 +1,16 @@
+// Paths and arguments in messages: never throws, whatever characters a name holds.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace convert {
+
+// In the ANSI code page, characters it lacks shown as "?".
+std::string Narrow(std::wstring_view text);
+inline std::string DisplayName(const std::filesystem::path& path) {
+    return Narrow(path.native());
+}
+
+} // namespace convert

@@ -1,0 +1,37 @@
+// Frames read from files: binary PGM images, or headerless raw data of a given layout.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <ostrel_types.h>
+
+namespace convert {
+
+// width × height elements of one type, row by row from the top, in the machine's byte order.
+struct Frame {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    vz::EDataType type = vz::UInt16;
+    std::vector<std::byte> data;
+
+    std::size_t PixelCount() const { return std::size_t{width} * height; }
+};
+
+struct RawLayout {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    vz::EDataType type = vz::UInt16;
+};
+
+// A binary PGM (P5): a maxval up to 255 gives UInt8 elements, a larger one (up to 65535) UInt16
+// elements, stored big-endian in the file. Errors start with the file's name.
+bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error);
+// Little-endian elements; the file must hold exactly one frame of the layout.
+bool ReadRaw(const std::filesystem::path& file, const RawLayout& layout, Frame& frame,
+             std::string& error);
+
+} // namespace convert

@@ -1,0 +1,19 @@
+// The result files of one frame, named after its input: NAME.pfm, NAME.csv, NAME.status.pgm and
+// NAME.png in the output folder (by default the input's).
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "frame_conversion.h"
+#include "options.h"
+
+namespace convert {
+
+// Writes every output the options ask for to temporary files first and renames them only when
+// all are complete; on failure none of them is left. Errors name the file.
+bool WriteFrameOutputs(const Options& options, const std::filesystem::path& input,
+                       std::uint32_t width, std::uint32_t height, const Temperatures& result,
+                       std::string& error);
+
+} // namespace convert

@@ -1,0 +1,65 @@
+// The command line of ostrel-convert.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ostrel_types.h>
+
+#include "frame_files.h"
+
+namespace convert {
+
+// How each pixel finds its preset.
+enum class Dispatch { Uniform, PresetMap, Keyed };
+
+struct TemperatureRange {
+    float low;
+    float high;
+};
+
+struct Options {
+    bool help = false;
+    // Files, folders or wildcards, as given.
+    std::vector<std::filesystem::path> inputs;
+    // With --type, frames are raw data of this layout; otherwise PGM images.
+    std::optional<RawLayout> raw;
+    // The frame size --width and --height ask for, if given.
+    std::optional<std::uint32_t> width;
+    std::optional<std::uint32_t> height;
+
+    Dispatch dispatch = Dispatch::Uniform;
+    unsigned char preset = 0;
+    std::filesystem::path presetMap;
+    std::filesystem::path keys;
+    std::filesystem::path keyTable;
+
+    std::array<std::optional<std::filesystem::path>, vz::kPresetCount> factoryCal;
+    std::optional<std::filesystem::path> objectParams;
+    std::optional<float> emissivity;
+    std::optional<float> transmission;
+    std::optional<float> reflectedC;
+    std::optional<float> atmosphereC;
+    vz::ETempType lutUnit = vz::eCelsius;
+    vz::ETempType unit = vz::eCelsius;
+
+    std::optional<std::filesystem::path> outFolder;
+    bool pfm = false;
+    bool csv = false;
+    bool status = false;
+    bool png = false;
+    std::optional<TemperatureRange> range;
+};
+
+// The arguments after the program's name. False with a message naming the option or value at
+// fault. With no output chosen, the PNG is.
+bool ParseOptions(std::span<const std::wstring> arguments, Options& options, std::string& error);
+
+const char* Usage();
+
+} // namespace convert

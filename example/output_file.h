@@ -1,0 +1,36 @@
+// Output that appears under its name only when complete: it is written to a temporary file in
+// the same folder and renamed over the final name by Commit. An output that is not committed,
+// or whose commit fails, leaves neither the temporary nor the final file behind.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace convert {
+
+class OutputFile {
+public:
+    OutputFile() = default;
+    ~OutputFile();
+    OutputFile(OutputFile&& other) noexcept;
+    OutputFile& operator=(OutputFile&& other) noexcept;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    // Creates the temporary file beside target. False with a message naming target.
+    bool Open(const std::filesystem::path& target, std::string& error);
+    std::ostream& Stream() { return stream_; }
+    // Closes the temporary file and renames it over the target. False with a message naming
+    // the target when writing or renaming failed.
+    bool Commit(std::string& error);
+
+private:
+    void Discard();
+
+    std::filesystem::path target_;
+    std::filesystem::path temporary_;
+    std::ofstream stream_;
+};
+
+} // namespace convert

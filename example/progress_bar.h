@@ -1,0 +1,26 @@
+// A progress bar for a batch, drawn on stderr only when stderr is a terminal, so redirected
+// output holds only the messages.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+
+namespace convert {
+
+class ProgressBar {
+public:
+    explicit ProgressBar(std::size_t total);
+    // Clears the bar's line.
+    ~ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+
+    // Shows `done` frames of the total finished, and the frame now being converted.
+    void Show(std::size_t done, const std::filesystem::path& current);
+
+private:
+    std::size_t total_;
+    bool enabled_;
+};
+
+} // namespace convert

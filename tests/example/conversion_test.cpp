@@ -1,0 +1,186 @@
+// ostrel-convert.exe against the simulator: temperatures of a synthetic scene against its
+// truth, the three dispatchers, raw frames of every kind, the picture and batches.
+#include <cstring>
+
+#include "convert_fixture.h"
+#include "false_colour.h"
+
+namespace {
+
+using testfiles::FolderContents;
+using testfiles::ReadBytes;
+
+struct Pfm {
+    std::uint32_t width = 0, height = 0;
+    std::vector<float> values;
+};
+
+Pfm ReadPfm(const std::filesystem::path& file) {
+    Pfm pfm;
+    pfm.values = testfiles::ReadPfm(file, pfm.width, pfm.height);
+    return pfm;
+}
+
+struct Units {
+    const wchar_t* lutUnit;
+    const wchar_t* unit;
+    double scale; // result units per kelvin
+    double (*fromCelsius)(double);
+};
+
+std::string Ascii(std::wstring_view text) {
+    return std::string(text.begin(), text.end());
+}
+
+void PrintTo(const Units& units, std::ostream* out) {
+    *out << "table in " << Ascii(units.lutUnit) << ", results in " << Ascii(units.unit);
+}
+
+class SceneTemperatures : public ConvertProgram, public testing::WithParamInterface<Units> {};
+
+// The scene's counts are the nearest ones to its temperatures, so only the table's resolution
+// (a few thousandths of a degree) separates the results from the truth.
+TEST_P(SceneTemperatures, MatchTheTruthAtEveryValidPixel) {
+    CopyScene(L"scene.pgm");
+    const auto result = Convert({L"scene.pgm", L"--pfm", L"--status", L"--lut-unit",
+                                 GetParam().lutUnit, L"--unit", GetParam().unit});
+    ASSERT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_NE(result.out.find("Converted 1 frame"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("over status-0 pixels"), std::string::npos) << result.out;
+
+    const Pfm truth = ReadPfm(SceneTruth());
+    const Pfm converted = ReadPfm(work_ / L"scene.pfm");
+    ASSERT_EQ(converted.width, kSceneWidth);
+    ASSERT_EQ(converted.height, kSceneHeight);
+    ASSERT_EQ(truth.values.size(), converted.values.size());
+    const std::string status = ReadBytes(work_ / L"scene.status.pgm");
+    const std::string statusHeader = "P5\n64 48\n4\n";
+    ASSERT_EQ(status.size(), statusHeader.size() + converted.values.size());
+    std::size_t valid = 0;
+    for (std::size_t i = 0; i < converted.values.size(); ++i) {
+        if (status[statusHeader.size() + i] != 0) {
+            continue;
+        }
+        ++valid;
+        const double expected = GetParam().fromCelsius(truth.values[i]);
+        ASSERT_NEAR(converted.values[i], expected, 0.5 * GetParam().scale) << "pixel " << i;
+    }
+    EXPECT_EQ(valid, converted.values.size()) << "the scene lies inside the calibrated range";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , SceneTemperatures,
+    testing::Values(Units{L"C", L"C", 1.0, [](double c) { return c; }},
+                    Units{L"Celsius", L"fahrenheit", 1.8, [](double c) { return c * 1.8 + 32; }},
+                    Units{L"K", L"K", 1.0, [](double c) { return c + 273.15; }},
+                    Units{L"F", L"Rankine", 1.8, [](double c) { return (c + 273.15) * 1.8; }},
+                    Units{L"R", L"c", 1.0, [](double c) { return c; }}));
+
+// The scene's counts as raw little-endian elements of type T.
+template <class T> std::string RawScene() {
+    std::uint32_t width = 0, height = 0;
+    const auto counts = testfiles::ReadPgm16(SceneFrame(), width, height);
+    std::string bytes(counts.size() * sizeof(T), '\0');
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        const T value = static_cast<T>(counts[i]);
+        std::memcpy(bytes.data() + i * sizeof(T), &value, sizeof(T));
+    }
+    return bytes;
+}
+
+struct RawKind {
+    const wchar_t* type;
+    std::string (*bytes)();
+};
+
+void PrintTo(const RawKind& kind, std::ostream* out) {
+    *out << Ascii(kind.type);
+}
+
+class RawFrames : public ConvertProgram, public testing::WithParamInterface<RawKind> {};
+
+TEST_P(RawFrames, ConvertLikeThePgmOfTheSameCounts) {
+    CopyScene(L"scene.pgm");
+    testfiles::WriteBytes(work_ / L"scene.raw", GetParam().bytes());
+    const auto fromPgm = Convert({L"scene.pgm", L"--pfm", L"--out", L"pgm"});
+    ASSERT_EQ(fromPgm.exitCode, 0u) << fromPgm.err;
+    const auto fromRaw =
+        Convert({L"scene.raw", L"--pfm", L"--out", L"raw", L"--type", GetParam().type, L"--width",
+                 std::to_wstring(kSceneWidth), L"--height", std::to_wstring(kSceneHeight)});
+    ASSERT_EQ(fromRaw.exitCode, 0u) << fromRaw.err;
+    const std::string expected = ReadBytes(work_ / L"pgm" / L"scene.pfm");
+    ASSERT_FALSE(expected.empty());
+    EXPECT_TRUE(ReadBytes(work_ / L"raw" / L"scene.pfm") == expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(, RawFrames,
+                         testing::Values(RawKind{L"UInt16", &RawScene<std::uint16_t>},
+                                         RawKind{L"int32", &RawScene<std::int32_t>},
+                                         RawKind{L"UInt64", &RawScene<std::uint64_t>},
+                                         RawKind{L"Float", &RawScene<float>},
+                                         RawKind{L"DOUBLE", &RawScene<double>}));
+
+// Every preset holds the sample record, so however pixels pick their presets the results agree.
+TEST_F(ConvertProgram, DispatchersGiveIdenticalTemperatures) {
+    CopyScene(L"scene.pgm");
+    std::vector<std::uint16_t> presets, keys;
+    for (std::uint32_t y = 0; y < kSceneHeight; ++y) {
+        for (std::uint32_t x = 0; x < kSceneWidth; ++x) {
+            presets.push_back(static_cast<std::uint16_t>((x / 8 + y / 8) % 4));
+            keys.push_back(static_cast<std::uint16_t>(1000 + (x * 7 + y) % 5));
+        }
+    }
+    testfiles::WritePgm(work_ / L"map.pgm", kSceneWidth, kSceneHeight, presets, 255);
+    testfiles::WritePgm(work_ / L"keys.pgm", kSceneWidth, kSceneHeight, keys, 65535);
+    testfiles::WriteBytes(work_ / L"table.txt", "1000 0\n1001 1\n1002 2\n1003 3\n1004 1\n");
+
+    const std::vector<std::vector<std::wstring>> runs{
+        {L"--preset", L"2", L"--out", L"uniform"},
+        {L"--preset-map", L"map.pgm", L"--out", L"map"},
+        {L"--keys", L"keys.pgm", L"--key-table", L"table.txt", L"--out", L"keyed"}};
+    for (const auto& run : runs) {
+        std::vector<std::wstring> arguments{L"scene.pgm", L"--pfm"};
+        arguments.insert(arguments.end(), run.begin(), run.end());
+        const auto result = Convert(arguments);
+        ASSERT_EQ(result.exitCode, 0u) << result.err;
+    }
+    const std::string uniform = ReadBytes(work_ / L"uniform" / L"scene.pfm");
+    ASSERT_FALSE(uniform.empty());
+    EXPECT_TRUE(ReadBytes(work_ / L"map" / L"scene.pfm") == uniform);
+    EXPECT_TRUE(ReadBytes(work_ / L"keyed" / L"scene.pfm") == uniform);
+}
+
+TEST_F(ConvertProgram, PictureHoldsTheFrameAndTheColourBar) {
+    CopyScene(L"scene.pgm");
+    testfiles::WritePgm(work_ / L"tiny.pgm", 4, 3, std::vector<std::uint16_t>(12, 20000), 65535);
+    const auto result = Convert({L"scene.pgm", L"tiny.pgm", L"--range", L"20:40"});
+    ASSERT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_NE(result.out.find("Converted 2 frames"), std::string::npos) << result.out;
+
+    const auto scene = testfiles::ReadPngSize(work_ / L"scene.png");
+    EXPECT_EQ(scene.width, kSceneWidth + convert::ColourBarPanelWidth(kSceneHeight));
+    EXPECT_EQ(scene.height, kSceneHeight);
+    const auto tiny = testfiles::ReadPngSize(work_ / L"tiny.png");
+    EXPECT_EQ(tiny.width, 4 + convert::ColourBarPanelWidth(3));
+    EXPECT_EQ(tiny.height, convert::kMinPictureHeight);
+}
+
+TEST_F(ConvertProgram, FoldersAndWildcardsConvertEveryFrame) {
+    std::filesystem::create_directory(work_ / L"frames");
+    CopyScene(L"frames\\b.pgm");
+    CopyScene(L"frames\\a.pgm");
+    testfiles::WriteBytes(work_ / L"frames" / L"a.status.pgm", "from an earlier run");
+
+    const auto folder = Convert({L"frames", L"--status"});
+    ASSERT_EQ(folder.exitCode, 0u) << folder.err;
+    EXPECT_NE(folder.out.find("Converted 2 frames"), std::string::npos) << folder.out;
+    EXPECT_EQ(FolderContents(work_ / L"frames"),
+              (std::vector<std::wstring>{L"a.pgm", L"a.status.pgm", L"b.pgm", L"b.status.pgm"}));
+    EXPECT_EQ(ReadBytes(work_ / L"frames" / L"a.status.pgm").substr(0, 11), "P5\n64 48\n4\n");
+
+    const auto wildcard = Convert({L"frames\\*.pgm", L"--pfm", L"--out", L"results"});
+    ASSERT_EQ(wildcard.exitCode, 0u) << wildcard.err;
+    EXPECT_EQ(FolderContents(work_ / L"results"), (std::vector<std::wstring>{L"a.pfm", L"b.pfm"}));
+}
+
+} // namespace

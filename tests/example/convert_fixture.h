@@ -1,0 +1,36 @@
+// Runs ostrel-convert.exe in a scratch folder of its own, on a scene camsim synthesised once for
+// the whole test program.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "program_run.h"
+#include "test_files.h"
+
+inline constexpr std::uint32_t kSceneWidth = 64;
+inline constexpr std::uint32_t kSceneHeight = 48;
+
+// The scene's counts and true temperatures (Celsius), made by camsim /Scene on first use.
+const std::filesystem::path& SceneFrame();
+const std::filesystem::path& SceneTruth();
+
+class ConvertProgram : public testing::Test {
+protected:
+    // Runs the converter with the work folder as its current folder.
+    testfiles::ProgramResult Convert(const std::vector<std::wstring>& arguments) const {
+        return testfiles::RunProgram(L"ostrel-convert.exe", arguments, work_.Path());
+    }
+    // Copies the scene into the work folder under `name`.
+    std::filesystem::path CopyScene(const std::wstring& name) const;
+
+    // Exit code not 0, exactly one line on stderr starting with the program's name and
+    // containing `named`.
+    static void ExpectOneLineFailure(const testfiles::ProgramResult& result,
+                                     const std::string& named);
+
+    const testfiles::ScratchFolder work_{L"convert"};
+};

@@ -1,0 +1,151 @@
+// Frames read from PGM and raw files, results written as PGM and PFM, and output that appears
+// only when complete.
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "frame_files.h"
+#include "image_writers.h"
+#include "output_file.h"
+#include "test_files.h"
+
+namespace {
+
+using testfiles::ScratchFolder;
+
+std::vector<std::uint16_t> Elements16(const convert::Frame& frame) {
+    std::vector<std::uint16_t> values(frame.PixelCount());
+    std::memcpy(values.data(), frame.data.data(), frame.data.size());
+    return values;
+}
+
+TEST(ReadPgm, Reads16BitBigEndianSamplesPastHeaderComments) {
+    const ScratchFolder folder(L"pgm16");
+    const std::string header = "P5 # made by hand\n3 # width\n2\n# maxval next\n65535\n";
+    const std::string samples("\x00\x01\x01\x00\xff\xfe\x12\x34\x80\x00\x00\x00", 12);
+    testfiles::WriteBytes(folder / L"a.pgm", header + samples);
+    convert::Frame frame;
+    std::string error;
+    ASSERT_TRUE(convert::ReadPgm(folder / L"a.pgm", frame, error)) << error;
+    EXPECT_EQ(frame.width, 3u);
+    EXPECT_EQ(frame.height, 2u);
+    EXPECT_EQ(frame.type, vz::UInt16);
+    EXPECT_EQ(Elements16(frame),
+              (std::vector<std::uint16_t>{0x0001, 0x0100, 0xFFFE, 0x1234, 0x8000, 0x0000}));
+}
+
+struct BadFile {
+    std::string bytes;
+    std::string problem;
+};
+
+void PrintTo(const BadFile& bad, std::ostream* out) {
+    *out << bad.problem;
+}
+
+class UnreadablePgm : public testing::TestWithParam<BadFile> {};
+
+TEST_P(UnreadablePgm, IsRefusedNamingTheFile) {
+    const ScratchFolder folder(L"bad-pgm");
+    testfiles::WriteBytes(folder / L"bad.pgm", GetParam().bytes);
+    convert::Frame frame;
+    std::string error;
+    EXPECT_FALSE(convert::ReadPgm(folder / L"bad.pgm", frame, error));
+    EXPECT_NE(error.find("bad.pgm: "), std::string::npos) << error;
+    EXPECT_NE(error.find(GetParam().problem), std::string::npos) << error;
+}
+
+INSTANTIATE_TEST_SUITE_P(, UnreadablePgm,
+                         testing::Values(BadFile{"P5\n2 2\n255\nabc", "truncated"},
+                                         BadFile{"P5\n2 2\n65535\nabcdefg", "truncated"},
+                                         BadFile{"P2\n2 2\n255\n1 2 3 4", "P5"},
+                                         BadFile{"P5\n2 2\n0\nabcd", "maxval"},
+                                         BadFile{"P5\n2 2\n70000\nabcd", "maxval"},
+                                         BadFile{"P5\n2\n", "header"}));
+
+class RawSize : public testing::TestWithParam<std::size_t> {};
+
+// A 4x3 Int32 frame takes 48 bytes exactly.
+TEST_P(RawSize, MustMatchTheLayoutExactly) {
+    const ScratchFolder folder(L"raw");
+    const std::size_t size = GetParam();
+    testfiles::WriteBytes(folder / L"f.raw", std::string(size, '\x01'));
+    convert::Frame frame;
+    std::string error;
+    const bool read = convert::ReadRaw(folder / L"f.raw", {4, 3, vz::Int32}, frame, error);
+    EXPECT_EQ(read, size == 48) << error;
+    if (read) {
+        std::int32_t first = 0;
+        std::memcpy(&first, frame.data.data(), sizeof(first));
+        EXPECT_EQ(first, 0x01010101);
+        EXPECT_EQ(frame.type, vz::Int32);
+    } else {
+        EXPECT_NE(error.find("f.raw: "), std::string::npos) << error;
+        EXPECT_EQ(error.find("truncated") != std::string::npos, size < 48) << error;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, RawSize, testing::Values(0, 47, 48, 49, 96));
+
+TEST(WritePfm, StoresRowsFromTheBottomUpLittleEndian) {
+    std::ostringstream out;
+    const std::vector<float> values{0.5f, 1.5f, 2.5f, -10.0f, -11.0f, 1e6f};
+    convert::WritePfm(out, 3, 2, values);
+    const std::string bytes = out.str();
+    const std::string header = "Pf\n3 2\n-1.0\n";
+    ASSERT_EQ(bytes.substr(0, header.size()), header);
+    ASSERT_EQ(bytes.size(), header.size() + 6 * sizeof(float));
+    float stored[6];
+    std::memcpy(stored, bytes.data() + header.size(), sizeof(stored));
+    const float expected[6] = {-10.0f, -11.0f, 1e6f, 0.5f, 1.5f, 2.5f};
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(stored[i], expected[i]) << "stored value " << i;
+    }
+    EXPECT_EQ(static_cast<unsigned char>(bytes[header.size() + 3]), 0xC1)
+        << "-10.0f must start with its low byte";
+}
+
+TEST(WriteCsv, WritesOneLinePerRowThatReadsBackExactly) {
+    std::ostringstream out;
+    convert::WriteCsv(out, 2, 2, std::vector<float>{0.1f, -2.0f, 36.6f, 1e-3f});
+    EXPECT_EQ(out.str(), "0.1,-2\n36.6,0.001\n");
+}
+
+TEST(OutputFile, AppearsOnlyWhenCommitted) {
+    const ScratchFolder folder(L"commit");
+    const auto target = folder / L"result.pfm";
+    std::string error;
+    {
+        convert::OutputFile file;
+        ASSERT_TRUE(file.Open(target, error)) << error;
+        file.Stream() << "partial";
+        EXPECT_FALSE(std::filesystem::exists(target));
+    }
+    EXPECT_TRUE(testfiles::FolderContents(folder.Path()).empty())
+        << "an output that was not committed leaves nothing";
+
+    testfiles::WriteBytes(target, "old");
+    convert::OutputFile file;
+    ASSERT_TRUE(file.Open(target, error)) << error;
+    file.Stream() << "new";
+    ASSERT_TRUE(file.Commit(error)) << error;
+    EXPECT_EQ(testfiles::ReadBytes(target), "new");
+    EXPECT_EQ(testfiles::FolderContents(folder.Path()), std::vector<std::wstring>{L"result.pfm"});
+}
+
+TEST(OutputFile, LeavesNothingWhenTheRenameFails) {
+    const ScratchFolder folder(L"rename");
+    const auto target = folder / L"taken";
+    std::filesystem::create_directory(target);
+    convert::OutputFile file;
+    std::string error;
+    ASSERT_TRUE(file.Open(target, error)) << error;
+    file.Stream() << "data";
+    EXPECT_FALSE(file.Commit(error));
+    EXPECT_NE(error.find("taken"), std::string::npos) << error;
+    EXPECT_EQ(testfiles::FolderContents(folder.Path()), std::vector<std::wstring>{L"taken"});
+}
+
+} // namespace

@@ -1,0 +1,25 @@
+// Runs a program of the build (bin folder) as its own process, its output caught in files.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace testfiles {
+
+struct ProgramResult {
+    DWORD exitCode = STILL_ACTIVE; // STILL_ACTIVE also when it could not start or hung
+    std::string out;
+    std::string err;
+};
+
+// `program` is a file name in the folder of the running test; `work` is its current folder.
+ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                         const std::filesystem::path& work);
+
+// Lines of text, without their line ends.
+std::vector<std::string> Lines(const std::string& text);
+
+} // namespace testfiles

@@ -1,0 +1,123 @@
+#include "test_files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace testfiles {
+
+ScratchFolder::ScratchFolder(std::wstring_view name)
+    : path_(std::filesystem::temp_directory_path() / L"ostrel-example-tests" /
+            (std::wstring(name) + L"-" + std::to_wstring(GetCurrentProcessId()))) {
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+}
+
+ScratchFolder::~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+void WriteBytes(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream(file, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
+}
+
+std::string ReadBytes(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::wstring> FolderContents(const std::filesystem::path& folder) {
+    std::vector<std::wstring> names;
+    std::error_code code;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, code)) {
+        names.push_back(entry.path().filename().wstring());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+void WritePgm(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height,
+              const std::vector<std::uint16_t>& samples, unsigned maxval) {
+    std::string bytes = "P5\n" + std::to_string(width) + " " + std::to_string(height) + "\n" +
+                        std::to_string(maxval) + "\n";
+    for (const std::uint16_t sample : samples) {
+        if (maxval > 255) {
+            bytes += static_cast<char>(sample >> 8);
+        }
+        bytes += static_cast<char>(sample & 0xFF);
+    }
+    WriteBytes(file, bytes);
+}
+
+namespace {
+
+// The header's three numbers and where the samples start; the files read here have no comments.
+std::size_t ParseHeader(const std::string& bytes, std::string_view magic, std::uint32_t& width,
+                        std::uint32_t& height, std::string& third) {
+    std::istringstream header(bytes);
+    std::string found;
+    header >> found >> width >> height >> third;
+    if (found != magic || !header) {
+        width = height = 0;
+        return bytes.size();
+    }
+    return static_cast<std::size_t>(header.tellg()) + 1;
+}
+
+} // namespace
+
+std::vector<std::uint16_t> ReadPgm16(const std::filesystem::path& file, std::uint32_t& width,
+                                     std::uint32_t& height) {
+    const std::string bytes = ReadBytes(file);
+    std::string maxval;
+    std::size_t at = ParseHeader(bytes, "P5", width, height, maxval);
+    std::vector<std::uint16_t> samples;
+    for (; at + 1 < bytes.size(); at += 2) {
+        samples.push_back(static_cast<std::uint16_t>(static_cast<unsigned char>(bytes[at]) << 8 |
+                                                     static_cast<unsigned char>(bytes[at + 1])));
+    }
+    return samples;
+}
+
+std::vector<float> ReadPfm(const std::filesystem::path& file, std::uint32_t& width,
+                           std::uint32_t& height) {
+    const std::string bytes = ReadBytes(file);
+    std::string scale;
+    const std::size_t at = ParseHeader(bytes, "Pf", width, height, scale);
+    const std::size_t count = std::size_t{width} * height;
+    if (scale != "-1.0" || bytes.size() - at != count * sizeof(float)) {
+        width = height = 0;
+        return {};
+    }
+    std::vector<float> values(count);
+    for (std::uint32_t stored = 0; stored < height; ++stored) {
+        std::memcpy(&values[std::size_t{height - 1 - stored} * width],
+                    bytes.data() + at + std::size_t{stored} * width * sizeof(float),
+                    width * sizeof(float));
+    }
+    return values;
+}
+
+PngSize ReadPngSize(const std::filesystem::path& file) {
+    const std::string bytes = ReadBytes(file);
+    static constexpr char kSignature[] = "\x89PNG\r\n\x1a\n";
+    if (bytes.size() < 24 || bytes.compare(0, 8, kSignature, 8) != 0 ||
+        bytes.compare(12, 4, "IHDR") != 0) {
+        return {};
+    }
+    const auto bigEndian = [&](std::size_t at) {
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+        }
+        return value;
+    };
+    return {bigEndian(16), bigEndian(20)};
+}
+
+} // namespace testfiles
