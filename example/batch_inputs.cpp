@@ -70,9 +70,13 @@ bool ExpandInputs(const std::vector<std::filesystem::path>& inputs, const std::w
             ExpandWildcard(input, found);
         } else if (std::filesystem::is_directory(input, code)) {
             ListFolder(input, extension, found);
-        } else {
+        } else if (std::filesystem::exists(input, code)) {
             files.push_back(input);
             continue;
+        } else {
+            // Before connecting to the server, which takes a while.
+            error = DisplayName(input) + ": no such file or folder";
+            return false;
         }
         if (found.empty()) {
             error = DisplayName(input) +
