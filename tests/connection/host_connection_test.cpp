@@ -2,7 +2,6 @@
 // threads and teardown, with the connection's module state in view.
 #include <ostrel.h>
 
-#include <atomic>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -11,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <vz/log.h>
 
+#include "global_lock.h"
 #include "host_connection.h"
 #include "module_state.h"
 
@@ -64,6 +64,19 @@ public:
 private:
     std::vector<std::wstring> mLines;
 };
+
+// Whether another thread could take the library-wide lock right now.
+bool FreeForOtherThreads() {
+    bool entered = false;
+    std::thread other([&] {
+        entered = TryEnterCriticalSection(&OstrelSection()) != 0;
+        if (entered) {
+            LeaveCriticalSection(&OstrelSection());
+        }
+    });
+    other.join();
+    return entered;
+}
 
 const std::wstring kPleoraLine =
     L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance";
@@ -143,26 +156,13 @@ TEST(Connection, ARefusedConnectionIsTriedAgainFromTheStart) {
     EXPECT_EQ(0u, build);
 }
 
-TEST(Connection, VersionIsReportedOnlyWhileConnected) {
-    unsigned long major = 0, minor = 0, build = 0;
-    EXPECT_FALSE(GetOstrelVersion(major, minor, build));
-    SimulatorVersion version(L"6.1.17");
-    {
-        COstrel host = GetOstrel();
-        ASSERT_TRUE(host);
-        ASSERT_TRUE(GetOstrelVersion(major, minor, build));
-        EXPECT_EQ(6u, major);
-        EXPECT_EQ(1u, minor);
-        EXPECT_EQ(17u, build);
-    }
-    major = 0;
-    EXPECT_FALSE(GetOstrelVersion(major, minor, build));
-    EXPECT_EQ(0u, major);
-}
-
 TEST(Connection, HandlesCountTheirReferences) {
-    COstrel a = GetOstrel();
-    ASSERT_TRUE(a);
+    COstrel a;
+    EXPECT_TRUE(a == 0);
+    ULONG major = 0, minor = 0, build = 0;
+    EXPECT_EQ(S_OK, a->GetServerVersion(&major, &minor, &build)) << "an empty handle connects";
+    EXPECT_EQ(92u, minor);
+    EXPECT_TRUE(a != 0);
     EXPECT_EQ(1u, gHostRefs.load());
     COstrel b = a;
     COstrel c;
@@ -183,110 +183,61 @@ TEST(Connection, HandlesCountTheirReferences) {
     ExpectNoConnectionState();
 }
 
-TEST(Connection, AnEmptyHandleConnectsOnItsFirstCall) {
-    COstrel host;
-    EXPECT_TRUE(host == 0);
-    ULONG major = 0, minor = 0, build = 0;
-    EXPECT_EQ(S_OK, host->GetServerVersion(&major, &minor, &build));
-    EXPECT_EQ(92u, minor);
-    EXPECT_TRUE(host != 0);
-    EXPECT_EQ(1u, gHostRefs.load());
-}
-
-// Each worker copies the handle on its own thread, calls through it, and drops it; the main
-// handle goes first, last, or in between.
-class HandlesOnThreads : public testing::TestWithParam<int> {};
+// A worker copies the handle on its own thread and calls through it; the last handle to go, the
+// worker's or the main one, tears the connection down.
+class HandlesOnThreads : public testing::TestWithParam<bool> {};
 
 TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
-    const int mainDropsAfter = GetParam();
+    const bool mainDropsFirst = GetParam();
     auto main = std::make_unique<COstrel>(GetOstrel());
     ASSERT_TRUE(*main);
-    const DWORD mainThread = GetCurrentThreadId();
-
-    constexpr int kWorkers = 3;
-    std::vector<std::unique_ptr<COstrel>> copies;
-    std::vector<HANDLE> done(kWorkers), release(kWorkers);
-    std::vector<std::thread> workers;
-    std::atomic<int> answered{0};
-    for (int w = 0; w < kWorkers; ++w) {
-        done[w] = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-        release[w] = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-        workers.emplace_back([&, w] {
-            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-            {
-                COstrel copy = *main;
-                ULONG major = 0, minor = 0, build = 0;
-                if (copy && GetCurrentThreadId() != mainThread &&
-                    copy->GetServerVersion(&major, &minor, &build) == S_OK && minor == 92) {
-                    ++answered;
-                }
-                SetEvent(done[w]);
-                WaitForSingleObject(release[w], INFINITE);
-            }
-            CoUninitialize();
-        });
-        WaitForSingleObject(done[w], INFINITE);
-    }
-    EXPECT_EQ(kWorkers, answered.load());
-    EXPECT_EQ(unsigned(kWorkers + 1), gHostRefs.load());
-
-    for (int w = 0; w <= kWorkers; ++w) {
-        if (w == mainDropsAfter) {
-            main.reset();
+    HANDLE called = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    HANDLE release = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    bool answered = false;
+    std::thread worker([&] {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        {
+            COstrel copy = *main;
+            ULONG major = 0, minor = 0, build = 0;
+            answered = copy && copy->GetServerVersion(&major, &minor, &build) == S_OK &&
+                       minor == 92;
+            SetEvent(called);
+            WaitForSingleObject(release, INFINITE);
         }
-        if (w < kWorkers) {
-            SetEvent(release[w]);
-            workers[w].join();
-        }
+        CoUninitialize();
+    });
+    WaitForSingleObject(called, INFINITE);
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(2u, gHostRefs.load());
+    if (mainDropsFirst) {
+        main.reset();
     }
+    SetEvent(release);
+    worker.join();
+    main.reset();
     ExpectNoConnectionState();
     unsigned long major = 0, minor = 0, build = 0;
     EXPECT_FALSE(GetOstrelVersion(major, minor, build));
-    for (int w = 0; w < kWorkers; ++w) {
-        CloseHandle(done[w]);
-        CloseHandle(release[w]);
-    }
+    CloseHandle(called);
+    CloseHandle(release);
 }
 
-INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(0, 1, 3));
+INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(true, false));
 
-TEST(Connection, CallsFromManyThreadsAreSerialised) {
+// A call holds the library-wide lock for its expression, and may be made while holding it.
+TEST(Connection, ACallHoldsTheLockAndNestsInsideIt) {
     COstrel host = GetOstrel();
     ASSERT_TRUE(host);
-    constexpr int kThreads = 8, kCalls = 1000;
-    std::atomic<int> inside{0}, overlaps{0}, failures{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&, t] {
-            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-            {
-                COstrel mine = host;
-                for (int i = 0; i < kCalls; ++i) {
-                    // Every other thread holds the lock around its call, which must not block it.
-                    std::unique_ptr<COstrelLock> held;
-                    if (t % 2 == 0) {
-                        held = std::make_unique<COstrelLock>();
-                    }
-                    COstrel::CMarshalProxy call = mine.operator->();
-                    if (++inside != 1) {
-                        ++overlaps;
-                    }
-                    ULONG major, minor, build;
-                    if (call->GetServerVersion(&major, &minor, &build) != S_OK) {
-                        ++failures;
-                    }
-                    --inside;
-                }
-            }
-            CoUninitialize();
-        });
+    ULONG major = 0, minor = 0, build = 0;
+    {
+        COstrelLock held;
+        EXPECT_EQ(S_OK, host->GetServerVersion(&major, &minor, &build));
     }
-    for (std::thread& thread : threads) {
-        thread.join();
+    {
+        COstrel::CMarshalProxy call = host.operator->();
+        EXPECT_FALSE(FreeForOtherThreads());
     }
-    EXPECT_EQ(0, overlaps.load());
-    EXPECT_EQ(0, failures.load());
-    EXPECT_EQ(1u, gHostRefs.load());
+    EXPECT_TRUE(FreeForOtherThreads());
 }
 
 } // namespace

@@ -75,22 +75,21 @@ TEST_F(ScalarConversions, TempRangeReloadsTheObjectIgnoringItsAnswersAndKeepsThe
     EXPECT_EQ(record.integrationTime, stored.integrationTime);
 }
 
-TEST_F(ScalarConversions, TempRangeSnapsNearZeroToZero) {
+// Entries near zero snap to zero; with reversed counts the low entry is reported, clamped.
+TEST_F(ScalarConversions, TempRangeEdgeCases) {
     ServeTable([](int) { return 0.0005f; });
-    record.tempMinK = 200.0f;
-    ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    auto nearZero = record;
+    nearZero.tempMinK = 200.0f;
+    ASSERT_TRUE(engine->SetBroadCal(1, &nearZero));
     float minTemp = 1, maxTemp = 1;
     ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
     EXPECT_EQ(0.0f, minTemp);
     EXPECT_EQ(0.0f, maxTemp);
-}
 
-TEST_F(ScalarConversions, TempRangeWithReversedCountsReportsTheLowEntryClamped) {
     ServeTable([](int i) { return i == 5000 ? 500.0f : 20.0f; });
     record.countsLow = 5000;
     record.countsHigh = 100;
     ASSERT_TRUE(engine->SetBroadCal(1, &record));
-    float minTemp = 0, maxTemp = 0;
     ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
     const float high = static_cast<float>(double(record.tempMaxK) - 273.15);
     EXPECT_EQ(high, minTemp);

@@ -1,5 +1,5 @@
 // The engine against the simulator process: tables built through real shared memory from the
-// sample calibration, conversions both ways, and a server that fails or dies.
+// sample calibration, and conversions both ways.
 #include <ostrel.h>
 
 #include <cmath>
@@ -11,10 +11,6 @@
 #include "record_files.h"
 
 namespace {
-
-constexpr int kComputeLutSlot = 9;
-constexpr int kFailHresult = 1;
-constexpr int kZeroFlag = 2;
 
 class SimulatorEngine : public testing::Test {
 protected:
@@ -28,24 +24,14 @@ protected:
         ASSERT_TRUE(engine.SetBroadCal(0, &record)) << "is the simulator registered?";
         ASSERT_TRUE(engine.SetObjectParams(&params));
     }
-    void TearDown() override {
-        if (control) {
-            control->SimSetFault(kComputeLutSlot, 0);
-        }
-    }
-    // Sets a fault in the server process through an object of its own.
-    void Fault(int slot, int mode) {
-        ASSERT_TRUE(control.Get());
-        ASSERT_EQ(S_OK, control->SimSetFault(slot, mode));
-    }
 
     vz::reduce::CQuilloFactoryCalReduceObject record;
     vz::reduce::CObjectParametersReduceObject params;
     vz::CBroadCal engine;
-    COstrelCal control;
 };
 
-TEST_F(SimulatorEngine, BuildsARisingTableOverTheCalibratedRange) {
+// A rising table over the calibrated range whose temperatures go back to their counts within one.
+TEST_F(SimulatorEngine, BuildsARisingTableThatConvertsBothWays) {
     const float* lut = engine.GetLUTOutput(0);
     const unsigned char* status = engine.GetLUTStatus(0);
     ASSERT_NE(nullptr, lut);
@@ -61,21 +47,15 @@ TEST_F(SimulatorEngine, BuildsARisingTableOverTheCalibratedRange) {
     EXPECT_NEAR(157.5f, lut[65535], 0.5f);
     EXPECT_EQ(vz::eLUTBelow, status[0]);
     EXPECT_EQ(vz::eLUTAbove, status[65535]);
-}
 
-TEST_F(SimulatorEngine, TemperaturesGoBackToTheirCountsWithinOne) {
-    const float* lut = engine.GetLUTOutput(0);
-    const unsigned char* status = engine.GetLUTStatus(0);
-    ASSERT_NE(nullptr, lut);
     int checked = 0;
     for (unsigned count = record.countsLow; count < record.countsHigh; count += 997) {
-        if (status[count] != vz::eLUTValid) {
-            continue;
+        if (status[count] == vz::eLUTValid) {
+            unsigned short back = 0;
+            ASSERT_TRUE(engine.TempToCounts(0, lut[count], &back, vz::eCelsius));
+            EXPECT_LE(std::abs(int(back) - int(count)), 1) << "count " << count;
+            ++checked;
         }
-        unsigned short back = 0;
-        ASSERT_TRUE(engine.TempToCounts(0, lut[count], &back, vz::eCelsius));
-        EXPECT_LE(std::abs(int(back) - int(count)), 1) << "count " << count;
-        ++checked;
     }
     EXPECT_GT(checked, 50);
 }
@@ -90,12 +70,6 @@ TEST_F(SimulatorEngine, ConvertsFramesInEveryUnit) {
         EXPECT_EQ(static_cast<float>(double(celsius[k]) + 273.15), kelvin[k]);
     }
     EXPECT_EQ(vz::eLUTValid, status[1]);
-
-    // 212 degrees F asks the server for 100 degrees C.
-    unsigned short fromF = 0, fromC = 1;
-    ASSERT_TRUE(engine.TempToCounts(0, 212.0f, &fromF, vz::eFahrenheit));
-    ASSERT_TRUE(engine.TempToCounts(0, 100.0f, &fromC, vz::eCelsius));
-    EXPECT_EQ(fromC, fromF);
 }
 
 TEST_F(SimulatorEngine, AnswersTheRangesOfItsCalibration) {
@@ -115,25 +89,6 @@ TEST_F(SimulatorEngine, AnswersTheRangesOfItsCalibration) {
     ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, 1000, shortMin, shortMax));
     ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, 4000, longMin, longMax));
     EXPECT_LE(longMax, shortMax);
-    vz::reduce::CQuilloFactoryCalReduceObject stored;
-    ASSERT_TRUE(engine.GetBroadCal(0, &stored));
-    EXPECT_EQ(record.integrationTime, stored.integrationTime) << "the stored record changed";
 }
-
-class FaultModes : public SimulatorEngine, public testing::WithParamInterface<int> {};
-
-TEST_P(FaultModes, AFailingTableCallFailsTheRebuildUntilHealed) {
-    ASSERT_NE(nullptr, engine.GetLUTOutput(0));
-    Fault(kComputeLutSlot, GetParam());
-    engine.setLUTTempType(vz::eKelvin);
-    EXPECT_FALSE(engine.UpdateLUT(0));
-    float temp = 0;
-    EXPECT_FALSE(engine.CountsToTemp(0, 1000, &temp, nullptr, vz::eKelvin));
-    EXPECT_EQ(0.0f, temp);
-    Fault(kComputeLutSlot, 0);
-    EXPECT_TRUE(engine.UpdateLUT(0));
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, FaultModes, testing::Values(kFailHresult, kZeroFlag));
 
 } // namespace

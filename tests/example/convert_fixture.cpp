@@ -22,32 +22,19 @@ const Scene& TheScene() {
     return scene;
 }
 
-} // namespace
-
-const std::filesystem::path& SceneFrame() {
-    static const std::filesystem::path frame = TheScene().folder / L"scene.pgm";
+std::filesystem::path SceneFile(const wchar_t* name) {
     EXPECT_TRUE(TheScene().made) << "camsim /Scene failed: " << TheScene().message;
-    return frame;
+    return TheScene().folder / name;
 }
 
-const std::filesystem::path& SceneTruth() {
-    static const std::filesystem::path truth = TheScene().folder / L"truth.pfm";
-    EXPECT_TRUE(TheScene().made) << "camsim /Scene failed: " << TheScene().message;
-    return truth;
+} // namespace
+
+std::filesystem::path SceneTruth() {
+    return SceneFile(L"truth.pfm");
 }
 
 std::filesystem::path ConvertProgram::CopyScene(const std::wstring& name) const {
     const std::filesystem::path copy = work_ / name;
-    std::filesystem::copy_file(SceneFrame(), copy);
+    std::filesystem::copy_file(SceneFile(L"scene.pgm"), copy);
     return copy;
-}
-
-void ConvertProgram::ExpectOneLineFailure(const testfiles::ProgramResult& result,
-                                          const std::string& named) {
-    EXPECT_NE(result.exitCode, 0u);
-    EXPECT_NE(result.exitCode, static_cast<DWORD>(STILL_ACTIVE)) << "did not start or end";
-    const auto lines = testfiles::Lines(result.err);
-    ASSERT_EQ(lines.size(), 1u) << result.err;
-    EXPECT_EQ(lines[0].rfind("ostrel-convert: ", 0), 0u) << lines[0];
-    EXPECT_NE(lines[0].find(named), std::string::npos) << lines[0];
 }

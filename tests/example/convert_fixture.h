@@ -14,9 +14,8 @@
 inline constexpr std::uint32_t kSceneWidth = 64;
 inline constexpr std::uint32_t kSceneHeight = 48;
 
-// The scene's counts and true temperatures (Celsius), made by camsim /Scene on first use.
-const std::filesystem::path& SceneFrame();
-const std::filesystem::path& SceneTruth();
+// The scene's true temperatures (Celsius), made with its counts by camsim /Scene on first use.
+std::filesystem::path SceneTruth();
 
 class ConvertProgram : public testing::Test {
 protected:
@@ -26,11 +25,6 @@ protected:
     }
     // Copies the scene into the work folder under `name`.
     std::filesystem::path CopyScene(const std::wstring& name) const;
-
-    // Exit code not 0, exactly one line on stderr starting with the program's name and
-    // containing `named`.
-    static void ExpectOneLineFailure(const testfiles::ProgramResult& result,
-                                     const std::string& named);
 
     const testfiles::ScratchFolder work_{L"convert"};
 };

@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include <gtest/gtest.h>
+
 #include "test_files.h"
 #include "unique_resources.h"
 
@@ -9,12 +11,6 @@ namespace testfiles {
 namespace {
 
 constexpr DWORD kRunLimitMs = 60000;
-
-std::filesystem::path BinFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path();
-}
 
 // Processes that Wine starts in the background inherit the program's output and may hold it
 // past the program's end: the file can be read and deleted all the same.
@@ -24,10 +20,6 @@ camsim::UniqueHandle CreateOutputFile(const std::filesystem::path& file) {
                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                 &inheritable, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     return camsim::UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
-}
-
-std::wstring Quoted(const std::wstring& argument) {
-    return L"\"" + argument + L"\"";
 }
 
 } // namespace
@@ -40,9 +32,12 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
     const std::filesystem::path outFile = work.parent_path() / (capture + L"-out.txt");
     const std::filesystem::path errFile = work.parent_path() / (capture + L"-err.txt");
     {
-        std::wstring commandLine = Quoted((BinFolder() / program).wstring());
+        wchar_t self[MAX_PATH] = {};
+        GetModuleFileNameW(nullptr, self, MAX_PATH);
+        std::wstring commandLine =
+            L"\"" + (std::filesystem::path(self).parent_path() / program).wstring() + L"\"";
         for (const std::wstring& argument : arguments) {
-            commandLine += L" " + Quoted(argument);
+            commandLine += L" \"" + argument + L"\"";
         }
         const camsim::UniqueHandle out = CreateOutputFile(outFile);
         const camsim::UniqueHandle err = CreateOutputFile(errFile);
@@ -52,7 +47,6 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
         STARTUPINFOW startup{};
         startup.cb = sizeof(startup);
         startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdInput = nullptr;
         startup.hStdOutput = out.Get();
         startup.hStdError = err.Get();
         PROCESS_INFORMATION process{};
@@ -76,16 +70,17 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
     return result;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
+void ExpectOneLineFailure(const ProgramResult& result, const std::string& named) {
+    EXPECT_NE(result.exitCode, 0u);
+    EXPECT_NE(result.exitCode, static_cast<DWORD>(STILL_ACTIVE)) << "did not start or end";
     std::vector<std::string> lines;
-    std::istringstream in(text);
+    std::istringstream in(result.err);
     for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r') {
-            line.pop_back();
-        }
         lines.push_back(line);
     }
-    return lines;
+    ASSERT_EQ(lines.size(), 1u) << result.err;
+    EXPECT_EQ(lines[0].rfind("ostrel-convert: ", 0), 0u) << lines[0];
+    EXPECT_NE(lines[0].find(named), std::string::npos) << lines[0];
 }
 
 } // namespace testfiles

@@ -19,7 +19,8 @@ struct ProgramResult {
 ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
                          const std::filesystem::path& work);
 
-// Lines of text, without their line ends.
-std::vector<std::string> Lines(const std::string& text);
+// Exit code neither 0 nor STILL_ACTIVE, exactly one line on stderr starting with
+// "ostrel-convert: " and containing `named`.
+void ExpectOneLineFailure(const ProgramResult& result, const std::string& named);
 
 } // namespace testfiles

@@ -54,43 +54,15 @@ void WritePgm(const std::filesystem::path& file, std::uint32_t width, std::uint3
     WriteBytes(file, bytes);
 }
 
-namespace {
-
-// The header's three numbers and where the samples start; the files read here have no comments.
-std::size_t ParseHeader(const std::string& bytes, std::string_view magic, std::uint32_t& width,
-                        std::uint32_t& height, std::string& third) {
-    std::istringstream header(bytes);
-    std::string found;
-    header >> found >> width >> height >> third;
-    if (found != magic || !header) {
-        width = height = 0;
-        return bytes.size();
-    }
-    return static_cast<std::size_t>(header.tellg()) + 1;
-}
-
-} // namespace
-
-std::vector<std::uint16_t> ReadPgm16(const std::filesystem::path& file, std::uint32_t& width,
-                                     std::uint32_t& height) {
-    const std::string bytes = ReadBytes(file);
-    std::string maxval;
-    std::size_t at = ParseHeader(bytes, "P5", width, height, maxval);
-    std::vector<std::uint16_t> samples;
-    for (; at + 1 < bytes.size(); at += 2) {
-        samples.push_back(static_cast<std::uint16_t>(static_cast<unsigned char>(bytes[at]) << 8 |
-                                                     static_cast<unsigned char>(bytes[at + 1])));
-    }
-    return samples;
-}
-
 std::vector<float> ReadPfm(const std::filesystem::path& file, std::uint32_t& width,
                            std::uint32_t& height) {
     const std::string bytes = ReadBytes(file);
-    std::string scale;
-    const std::size_t at = ParseHeader(bytes, "Pf", width, height, scale);
+    std::istringstream header(bytes);
+    std::string magic, scale;
+    header >> magic >> width >> height >> scale;
+    const std::size_t at = static_cast<std::size_t>(header.tellg()) + 1;
     const std::size_t count = std::size_t{width} * height;
-    if (scale != "-1.0" || bytes.size() - at != count * sizeof(float)) {
+    if (!header || magic != "Pf" || scale != "-1.0" || bytes.size() - at != count * sizeof(float)) {
         width = height = 0;
         return {};
     }

@@ -33,8 +33,6 @@ std::vector<std::wstring> FolderContents(const std::filesystem::path& folder);
 // A binary PGM: 8-bit samples for maxval up to 255, else 16-bit big-endian.
 void WritePgm(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height,
               const std::vector<std::uint16_t>& samples, unsigned maxval);
-std::vector<std::uint16_t> ReadPgm16(const std::filesystem::path& file, std::uint32_t& width,
-                                     std::uint32_t& height);
 
 // A little-endian grayscale PFM, its rows returned from the top of the image down.
 std::vector<float> ReadPfm(const std::filesystem::path& file, std::uint32_t& width,

@@ -21,6 +21,8 @@ TEST(BareMachine, NoConnectionMeansNoVersion) {
     unsigned long major = 1, minor = 2, build = 3;
     EXPECT_FALSE(GetOstrelVersion(major, minor, build));
     EXPECT_EQ(1u, major);
+    EXPECT_EQ(2u, minor);
+    EXPECT_EQ(3u, build);
 }
 
 } // namespace

@@ -25,24 +25,17 @@ protected:
     vz::event1<Value> m_event;
 };
 
-TEST_F(Event, AttachKeepsTheCallersPointerAndOptions) {
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
-    ASSERT_TRUE(m_event.Attach(&m_secondHandler, &m_invoker, true));
-
-    ASSERT_EQ(m_event.GetCount(), 2u);
-    EXPECT_EQ(m_event[0].handler, &m_firstHandler);
-    EXPECT_EQ(m_event[0].invoker, nullptr);
-    EXPECT_FALSE(m_event[0].asynchronous);
-    EXPECT_EQ(m_event[1].handler, &m_secondHandler);
-    EXPECT_EQ(m_event[1].invoker, &m_invoker);
-    EXPECT_TRUE(m_event[1].asynchronous);
-}
-
-TEST_F(Event, DetachRemovesTheFirstRecordWithTheSameHandler) {
+TEST_F(Event, AttachKeepsRecordsAndDetachRemovesTheFirstWithTheSameHandler) {
     ASSERT_TRUE(m_event.Attach(&m_firstOtherHandler));
     ASSERT_TRUE(m_event.Attach(&m_firstHandler));
-    ASSERT_TRUE(m_event.Attach(&m_secondHandler));
+    ASSERT_TRUE(m_event.Attach(&m_secondHandler, &m_invoker, true));
     ASSERT_TRUE(m_event.Attach(&m_firstHandler, &m_invoker));
+    ASSERT_EQ(m_event.GetCount(), 4u);
+    EXPECT_EQ(m_event[1].handler, &m_firstHandler);
+    EXPECT_EQ(m_event[1].invoker, nullptr);
+    EXPECT_FALSE(m_event[1].asynchronous);
+    EXPECT_EQ(m_event[2].invoker, &m_invoker);
+    EXPECT_TRUE(m_event[2].asynchronous);
 
     // A distinct handler object calling the same target counts as the same handler.
     const Member equalToFirst(&m_first, &Listener::OnEvent);

@@ -46,11 +46,8 @@ private:
     DWORD m_threadId = 0;
 };
 
-struct Execution {
-    int id;
-    DWORD threadId;
-    bool operator==(const Execution&) const = default;
-};
+// A call's id and the thread it ran on.
+using Execution = std::pair<int, DWORD>;
 
 // What the calls of one test did, from whichever thread they ran on. The tests read it once
 // the invoker has run every call, which orders those reads after the writes.
@@ -78,49 +75,22 @@ private:
     int m_id;
 };
 
-// Returns once every call queued before it has run: the queue is first in, first out.
-void WaitForQueuedCalls(vz::IInvoker& invoker) {
-    Journal ignored;
-    RecordingCall marker(ignored, 0);
-    invoker.Invoke(&marker);
-}
-
-class MessageQueueInvokerPost : public testing::TestWithParam<bool> {};
-
-TEST_P(MessageQueueInvokerPost, RunsOnTheAttachedThreadAndDeletesOnlyOwnedCalls) {
-    const bool takeOwnership = GetParam();
+// Invoke from another thread waits for the calls queued before it, which run first in, first out.
+TEST(MessageQueueInvoker, RunsCallsOnTheAttachedThreadAndDeletesOnlyOwnedOnes) {
     Journal journal;
     vz::CMessageQueueInvoker invoker;
     MessageLoopThread loop(invoker);
     ASSERT_NE(loop.ThreadId(), 0u);
-    auto* call = new RecordingCall(journal, 1);
+    RecordingCall borrowed(journal, 2);
+    RecordingCall invoked(journal, 3);
 
-    invoker.Post(call, takeOwnership);
-    WaitForQueuedCalls(invoker);
+    invoker.Post(new RecordingCall(journal, 1), true);
+    invoker.Post(&borrowed, false);
+    invoker.Invoke(&invoked);
 
-    EXPECT_EQ(journal.executions, std::vector<Execution>{(Execution{1, loop.ThreadId()})});
-    EXPECT_EQ(journal.deleted, takeOwnership ? 1 : 0);
-    if (!takeOwnership) {
-        delete call;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Ownership, MessageQueueInvokerPost, testing::Bool(),
-                         [](const testing::TestParamInfo<bool>& info) {
-                             return info.param ? "Owned" : "Borrowed";
-                         });
-
-TEST(MessageQueueInvoker, InvokeFromAnotherThreadWaitsAndLeavesOwnershipToTheCaller) {
-    Journal journal;
-    vz::CMessageQueueInvoker invoker;
-    MessageLoopThread loop(invoker);
-    ASSERT_NE(loop.ThreadId(), 0u);
-    RecordingCall call(journal, 7);
-
-    invoker.Invoke(&call);
-
-    EXPECT_EQ(journal.executions, std::vector<Execution>{(Execution{7, loop.ThreadId()})});
-    EXPECT_EQ(journal.deleted, 0);
+    const DWORD thread = loop.ThreadId();
+    EXPECT_EQ(journal.executions, (std::vector<Execution>{{1, thread}, {2, thread}, {3, thread}}));
+    EXPECT_EQ(journal.deleted, 1);
 }
 
 TEST(MessageQueueInvoker, CallsPostedBeforeAttachingRunInOrderOnceAttached) {
@@ -133,10 +103,12 @@ TEST(MessageQueueInvoker, CallsPostedBeforeAttachingRunInOrderOnceAttached) {
 
     MessageLoopThread loop(invoker);
     ASSERT_NE(loop.ThreadId(), 0u);
-    WaitForQueuedCalls(invoker);
+    RecordingCall marker(journal, 4);
+    invoker.Invoke(&marker);
 
     const DWORD thread = loop.ThreadId();
-    EXPECT_EQ(journal.executions, (std::vector<Execution>{{1, thread}, {2, thread}, {3, thread}}));
+    EXPECT_EQ(journal.executions,
+              (std::vector<Execution>{{1, thread}, {2, thread}, {3, thread}, {4, thread}}));
     EXPECT_EQ(journal.deleted, 3);
 }
 

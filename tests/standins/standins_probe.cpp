@@ -6,7 +6,6 @@
 
 #include <windows.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -33,30 +32,22 @@ struct LoudSingleton {
     ~LoudSingleton() { Print("singleton "); }
 };
 
-bool RegisterDeletion(const char* argument) {
+void RegisterDeletion(const char* argument) {
     if (std::strcmp(argument, "singleton") == 0) {
         vz::TSingletonPtr<LoudSingleton, 3, 0, vz::TSingletonPtrPostCreateDoNothing>::GetInstance();
-        return true;
+        return;
     }
     const char* colon = std::strchr(argument, ':');
-    char* end = nullptr;
-    const unsigned long order = colon == nullptr ? 0 : std::strtoul(colon + 1, &end, 10);
-    if (colon == nullptr || colon == argument || end == colon + 1 || *end != '\0') {
-        return false;
-    }
     vz::Private::DeleteAtExit(new Marker{std::string(argument, colon)},
-                              static_cast<unsigned>(order), DeleteMarker);
-    return true;
+                              static_cast<unsigned>(std::strtoul(colon + 1, nullptr, 10)),
+                              DeleteMarker);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
-        if (!RegisterDeletion(argv[i])) {
-            std::fprintf(stderr, "expected name:order or singleton, got \"%s\"\n", argv[i]);
-            return 2;
-        }
+        RegisterDeletion(argv[i]);
     }
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -39,51 +40,112 @@ struct CalibrationLog {
     // Runs inside CalComputeLUT with the two buffer names, before the answer is returned.
     std::function<void(const std::wstring& counts, const std::wstring& temps)> computeLut;
 
-    SlotResult ResultOf(const CalCall& call) const;
-    std::vector<CalCall> CallsTo(int slot) const;
+    SlotResult ResultOf(const CalCall& call) const {
+        if (decide) {
+            return decide(call);
+        }
+        const auto it = results.find(call.slot);
+        return it == results.end() ? SlotResult{} : it->second;
+    }
+    std::vector<CalCall> CallsTo(int slot) const {
+        std::vector<CalCall> found;
+        for (const CalCall& call : calls) {
+            if (call.slot == slot) {
+                found.push_back(call);
+            }
+        }
+        return found;
+    }
 };
 
 class FakeCalibration : public IOsCalibration {
 public:
-    explicit FakeCalibration(std::shared_ptr<CalibrationLog> log);
+    explicit FakeCalibration(std::shared_ptr<CalibrationLog> log) : mLog(std::move(log)) {}
     virtual ~FakeCalibration() = default;
 
     ULONG References() const { return mRefs; }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        *out = iid == IID_IUnknown || iid == IID_IOsCalibration ? this : nullptr;
+        if (*out == nullptr) {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++mRefs; }
+    // The server owns the object, so reaching 0 does not delete it.
+    ULONG STDMETHODCALLTYPE Release() override { return --mRefs; }
 
-    HRESULT STDMETHODCALLTYPE SimSetFault(ULONG slot, LONG mode) override;
-    HRESULT STDMETHODCALLTYPE SimProcessId(ULONG* pid) override;
+    HRESULT STDMETHODCALLTYPE SimSetFault(ULONG, LONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SimProcessId(ULONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved005() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved006() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved007() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CalSetAux(float calAux, BOOL* ok) override;
+    HRESULT STDMETHODCALLTYPE CalSetAux(float calAux, BOOL* ok) override {
+        return Answer({8, {calAux}, {}}, ok);
+    }
     HRESULT STDMETHODCALLTYPE CalComputeLUT(ULONG entryCount, ULONG step, ULONG largestCount,
                                             BSTR countsBufferName, BSTR tempBufferName,
-                                            BOOL* ok) override;
+                                            BOOL* ok) override {
+        const std::wstring counts = countsBufferName ? countsBufferName : L"";
+        const std::wstring temps = tempBufferName ? tempBufferName : L"";
+        CalCall call{9, {double(entryCount), double(step), double(largestCount)}, {counts, temps}};
+        if (mLog->computeLut && SUCCEEDED(mLog->ResultOf(call).hr)) {
+            mLog->computeLut(counts, temps);
+        }
+        return Answer(std::move(call), ok);
+    }
     HRESULT STDMETHODCALLTYPE CalSetObjectParams(float factorA, float tempACelsius, float factorB,
-                                                 float tempBCelsius, LONG mode, BOOL* ok) override;
+                                                 float tempBCelsius, LONG mode, BOOL* ok) override {
+        return Answer({10, {factorA, tempACelsius, factorB, tempBCelsius, double(mode)}, {}}, ok);
+    }
     HRESULT STDMETHODCALLTYPE Reserved011() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved012() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CalTempToCounts(float tempCelsius, unsigned short* counts,
-                                              BOOL* ok) override;
-    HRESULT STDMETHODCALLTYPE CalIsReady() override;
+                                              BOOL* ok) override {
+        *counts = mLog->counts;
+        return Answer({13, {tempCelsius}, {}}, ok);
+    }
+    HRESULT STDMETHODCALLTYPE CalIsReady() override { return Answer({14, {}, {}}, nullptr); }
     HRESULT STDMETHODCALLTYPE CalLoadFactoryKind2(ULONG calKind, float c0, float c1, float c2,
                                                   float c3, float c4, float c5, ULONG countsHigh,
                                                   ULONG countsLow, float tempMaxK, float tempMinK,
-                                                  BOOL* ok) override;
-    HRESULT STDMETHODCALLTYPE CalSetIntegrationTime(LONG integrationTime, BOOL* ok) override;
-    HRESULT STDMETHODCALLTYPE CalLoadFactory(ULONG calKind, float c0, float c1, float c2,
-                                             float c3, float c4, float c5, ULONG countsHigh,
-                                             ULONG countsLow, float tempMaxK, float tempMinK,
-                                             float coefExtra, BOOL* ok) override;
+                                                  BOOL* ok) override {
+        return Answer({15,
+                       {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
+                        double(countsLow), tempMaxK, tempMinK},
+                       {}},
+                      ok);
+    }
+    HRESULT STDMETHODCALLTYPE CalSetIntegrationTime(LONG integrationTime, BOOL* ok) override {
+        return Answer({16, {double(integrationTime)}, {}}, ok);
+    }
+    HRESULT STDMETHODCALLTYPE CalLoadFactory(ULONG calKind, float c0, float c1, float c2, float c3,
+                                             float c4, float c5, ULONG countsHigh, ULONG countsLow,
+                                             float tempMaxK, float tempMinK, float coefExtra,
+                                             BOOL* ok) override {
+        return Answer({17,
+                       {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
+                        double(countsLow), tempMaxK, tempMinK, coefExtra},
+                       {}},
+                      ok);
+    }
     HRESULT STDMETHODCALLTYPE CalIntegrationTimeAt(float tempK, float count, float* result,
-                                                   LONG mode, BOOL* ok) override;
+                                                   LONG mode, BOOL* ok) override {
+        *result = mLog->integrationTime ? mLog->integrationTime(tempK, count) : 0.0f;
+        return Answer({18, {tempK, count, double(mode)}, {}}, ok);
+    }
 
 private:
-    HRESULT Answer(CalCall call, BOOL* ok);
+    HRESULT Answer(CalCall call, BOOL* ok) {
+        const SlotResult result = mLog->ResultOf(call);
+        mLog->calls.push_back(std::move(call));
+        if (ok != nullptr) {
+            *ok = result.ok;
+        }
+        return result.hr;
+    }
 
     std::shared_ptr<CalibrationLog> mLog;
     ULONG mRefs = 0;
@@ -91,11 +153,22 @@ private:
 
 // Registers a class object for CLSID_OsCalibration in this process for as long as it lives.
 // COM must be initialised on the thread. The server owns the objects it makes and keeps them for
-// inspection until it goes; their reference counts are the callers' alone.
-class FakeCalibrationServer {
+// tests to look at until it goes; their reference counts are the callers' alone. The server is its
+// own class object and outlives its registration, so that needs no reference count.
+class FakeCalibrationServer : public IClassFactory {
 public:
-    FakeCalibrationServer();
-    ~FakeCalibrationServer();
+    FakeCalibrationServer() {
+        if (FAILED(CoRegisterClassObject(CLSID_OsCalibration, this, CLSCTX_LOCAL_SERVER,
+                                         REGCLS_MULTIPLEUSE, &mCookie))) {
+            throw std::runtime_error("CoRegisterClassObject failed");
+        }
+    }
+    virtual ~FakeCalibrationServer() {
+        CoRevokeClassObject(mCookie);
+        for (FakeCalibration* object : mObjects) {
+            delete object;
+        }
+    }
     FakeCalibrationServer(const FakeCalibrationServer&) = delete;
     FakeCalibrationServer& operator=(const FakeCalibrationServer&) = delete;
 
@@ -104,13 +177,26 @@ public:
     // Makes CreateInstance fail from now on, as an unreachable server would.
     void RefuseCreation(bool refuse) { mRefuse = refuse; }
 
-private:
-    class Factory;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        *out = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
+        return *out ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
+        *out = nullptr;
+        if (outer != nullptr || mRefuse) {
+            return CO_E_SERVER_EXEC_FAILURE;
+        }
+        mObjects.push_back(new FakeCalibration(mLog));
+        return mObjects.back()->QueryInterface(iid, out);
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
+private:
     std::shared_ptr<CalibrationLog> mLog = std::make_shared<CalibrationLog>();
     std::vector<FakeCalibration*> mObjects;
     bool mRefuse = false;
-    Factory* mFactory;
     DWORD mCookie = 0;
 };
 
