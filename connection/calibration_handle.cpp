@@ -41,7 +41,9 @@ IOsCalibration* COstrelCal::operator->() {
     return mCal;
 }
 
-bool COstrelCal::Get() { return operator->() != nullptr; }
+bool COstrelCal::Get() {
+    return operator->() != nullptr;
+}
 
 void COstrelCal::Release() {
     if (mCal != nullptr) {
@@ -57,10 +59,18 @@ COstrelCal& COstrelCal::operator=(int v) {
     return *this;
 }
 
-bool COstrelCal::operator==(int v) const { return v == 0 && mCal == nullptr; }
+bool COstrelCal::operator==(int v) const {
+    return v == 0 && mCal == nullptr;
+}
 
-bool COstrelCal::operator!=(int v) const { return v == 0 && mCal != nullptr; }
+bool COstrelCal::operator!=(int v) const {
+    return v == 0 && mCal != nullptr;
+}
 
-COstrelCal::operator bool() const { return mCal != nullptr; }
+COstrelCal::operator bool() const {
+    return mCal != nullptr;
+}
 
-COstrelCal GetOstrelCal() { return COstrelCal(CreateOstrelCal()); }
+COstrelCal GetOstrelCal() {
+    return COstrelCal(CreateOstrelCal());
+}

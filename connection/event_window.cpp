@@ -4,8 +4,7 @@
 
 #include <memory>
 
-template class
-    vz::TSingletonPtr<COstrelEvents, 100000, 0, vz::TSingletonPtrPostCreateDoNothing>;
+template class vz::TSingletonPtr<COstrelEvents, 100000, 0, vz::TSingletonPtrPostCreateDoNothing>;
 
 COstrelEventsHolder gOstrelEvents;
 
@@ -19,8 +18,8 @@ using Invokable = vz::invokable2<void*, unsigned __int64>;
 // Runs on the message-queue thread, which then owns the window.
 void CreateEventWindow() {
     COstrelEvents* events = gOstrelEvents.GetInstance();
-    events->mHwnd = CreateWindowExW(0, kWindowClass, L"Calorvue<->Ostrel Message Window", 0, 0,
-                                    0, 0, 0, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    events->mHwnd = CreateWindowExW(0, kWindowClass, L"Calorvue<->Ostrel Message Window", 0, 0, 0,
+                                    0, 0, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
 void FireOstrelEvent(unsigned __int64 value) {
@@ -56,7 +55,9 @@ COstrelEvents::COstrelEvents() : mHwnd(nullptr) {
     create.release();
 }
 
-COstrelEvents::~COstrelEvents() { DestroyWindow(mHwnd); }
+COstrelEvents::~COstrelEvents() {
+    DestroyWindow(mHwnd);
+}
 
 COstrelEvents::COstrelEvents(const COstrelEvents& other) = default;
 

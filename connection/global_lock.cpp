@@ -22,12 +22,22 @@ CRITICAL_SECTION& OstrelSection() {
     return gOstrelSection;
 }
 
-void ostrelEnter() { EnterCriticalSection(&OstrelSection()); }
+void ostrelEnter() {
+    EnterCriticalSection(&OstrelSection());
+}
 
-void ostrelLeave() { LeaveCriticalSection(&OstrelSection()); }
+void ostrelLeave() {
+    LeaveCriticalSection(&OstrelSection());
+}
 
-COstrelLock::COstrelLock() { ostrelEnter(); }
+COstrelLock::COstrelLock() {
+    ostrelEnter();
+}
 
-COstrelLock::~COstrelLock() { ostrelLeave(); }
+COstrelLock::~COstrelLock() {
+    ostrelLeave();
+}
 
-COstrelLock& COstrelLock::operator=(const COstrelLock&) { return *this; }
+COstrelLock& COstrelLock::operator=(const COstrelLock&) {
+    return *this;
+}

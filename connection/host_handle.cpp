@@ -34,13 +34,19 @@ COstrel::CMarshalProxy& COstrel::CMarshalProxy::operator=(const CMarshalProxy& o
     return *this;
 }
 
-IOstrelHost* COstrel::CMarshalProxy::operator->() { return mHost; }
+IOstrelHost* COstrel::CMarshalProxy::operator->() {
+    return mHost;
+}
 
 COstrel::COstrel() : mHost(nullptr), mThreadId(0) {}
 
-COstrel::COstrel(const COstrel& other) : mHost(nullptr), mThreadId(0) { TakeFrom(other); }
+COstrel::COstrel(const COstrel& other) : mHost(nullptr), mThreadId(0) {
+    TakeFrom(other);
+}
 
-COstrel::~COstrel() { ReleaseOstrelHost(mHost); }
+COstrel::~COstrel() {
+    ReleaseOstrelHost(mHost);
+}
 
 COstrel& COstrel::operator=(const COstrel& other) {
     IOstrelHost* previous = mHost;
@@ -98,11 +104,17 @@ COstrel& COstrel::operator=(int v) {
     return *this;
 }
 
-bool COstrel::operator==(int v) const { return v == 0 && mHost == nullptr; }
+bool COstrel::operator==(int v) const {
+    return v == 0 && mHost == nullptr;
+}
 
-bool COstrel::operator!=(int v) const { return v == 0 && mHost != nullptr; }
+bool COstrel::operator!=(int v) const {
+    return v == 0 && mHost != nullptr;
+}
 
-COstrel::operator bool() const { return mHost != nullptr; }
+COstrel::operator bool() const {
+    return mHost != nullptr;
+}
 
 COstrel GetOstrel() {
     COstrel handle;

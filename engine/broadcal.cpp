@@ -7,14 +7,18 @@ namespace vz {
 
 CBroadCal::CBroadCal() : mState(new BroadCalState) {}
 
-CBroadCal::~CBroadCal() { delete mState; }
+CBroadCal::~CBroadCal() {
+    delete mState;
+}
 
 CBroadCal& CBroadCal::operator=(const CBroadCal& other) {
     mState = other.mState;
     return *this;
 }
 
-bool CBroadCal::isAvailable() { return EnsureService(*mState); }
+bool CBroadCal::isAvailable() {
+    return EnsureService(*mState);
+}
 
 bool CBroadCal::SetBroadCal(unsigned char preset, reduce::CQuilloFactoryCalReduceObject* record) {
     BroadCalState& state = *mState;
@@ -80,7 +84,9 @@ bool CBroadCal::GetObjectParams(reduce::CObjectParametersReduceObject* params) {
     return true;
 }
 
-bool CBroadCal::UpdateLUT(unsigned char preset) { return UpdateLut(*mState, preset); }
+bool CBroadCal::UpdateLUT(unsigned char preset) {
+    return UpdateLut(*mState, preset);
+}
 
 float* CBroadCal::GetLUTOutput(unsigned char preset) {
     return UpdateLut(*mState, preset) ? mState->lutOutput[preset].get() : nullptr;
@@ -90,7 +96,9 @@ unsigned char* CBroadCal::GetLUTStatus(unsigned char preset) {
     return UpdateLut(*mState, preset) ? mState->lutStatus[preset].get() : nullptr;
 }
 
-ETempType CBroadCal::lutTempType() { return mState->lutTempType; }
+ETempType CBroadCal::lutTempType() {
+    return mState->lutTempType;
+}
 
 void CBroadCal::setLUTTempType(ETempType type) {
     if (type == mState->lutTempType) {

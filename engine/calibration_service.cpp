@@ -11,8 +11,7 @@ constexpr ULONG kLargestCount = kLutSize - 1;
 constexpr LONG kMode = 1;
 
 // Calls a method with a success flag; the flag counts only when the HRESULT is not negative.
-template <class Method>
-bool CallWithFlag(COstrelCal& cal, Method method) {
+template <class Method> bool CallWithFlag(COstrelCal& cal, Method method) {
     IOsCalibration* object = cal.operator->();
     if (object == nullptr) {
         return false;
@@ -33,13 +32,12 @@ bool LoadFactory(COstrelCal& cal, const reduce::CQuilloFactoryCalReduceObject& r
     // The server takes the high count before the low one and the maximum temperature first.
     return CallWithFlag(cal, [&](IOsCalibration& object, BOOL* ok) {
         const float* c = r.calCoef;
-        return r.calKind == 2
-                   ? object.CalLoadFactoryKind2(r.calKind, c[0], c[1], c[2], c[3], c[4], c[5],
-                                                r.countsHigh, r.countsLow, r.tempMaxK, r.tempMinK,
-                                                ok)
-                   : object.CalLoadFactory(r.calKind, c[0], c[1], c[2], c[3], c[4], c[5],
-                                           r.countsHigh, r.countsLow, r.tempMaxK, r.tempMinK,
-                                           r.calCoefExtra, ok);
+        return r.calKind == 2 ? object.CalLoadFactoryKind2(r.calKind, c[0], c[1], c[2], c[3], c[4],
+                                                           c[5], r.countsHigh, r.countsLow,
+                                                           r.tempMaxK, r.tempMinK, ok)
+                              : object.CalLoadFactory(r.calKind, c[0], c[1], c[2], c[3], c[4], c[5],
+                                                      r.countsHigh, r.countsLow, r.tempMaxK,
+                                                      r.tempMinK, r.calCoefExtra, ok);
     });
 }
 

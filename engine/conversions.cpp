@@ -31,8 +31,8 @@ bool CBroadCal::CountsToTemp(unsigned char preset, float* counts, float* temp, u
                         type);
 }
 
-bool CBroadCal::CountsToTemp(unsigned char preset, STypedData in, STypedData out,
-                             unsigned long n, unsigned char* status, ETempType type) {
+bool CBroadCal::CountsToTemp(unsigned char preset, STypedData in, STypedData out, unsigned long n,
+                             unsigned char* status, ETempType type) {
     EngineLuts luts(*mState);
     return typed::DispatchCountsToTemp(luts, preset, in, out, n, status, type);
 }
@@ -82,12 +82,14 @@ bool CBroadCal::GetIntegrationTimeRange(unsigned char preset, unsigned long& min
 namespace {
 
 // Values within a thousandth of a degree of zero are reported as zero.
-float SnapToZero(float value) { return std::fabs(double(value)) < 0.001 ? 0.0f : value; }
+float SnapToZero(float value) {
+    return std::fabs(double(value)) < 0.001 ? 0.0f : value;
+}
 
 } // namespace
 
-bool CBroadCal::GetTempRangeFromIntTime(unsigned char preset, unsigned long intTime,
-                                        float& minTemp, float& maxTemp) {
+bool CBroadCal::GetTempRangeFromIntTime(unsigned char preset, unsigned long intTime, float& minTemp,
+                                        float& maxTemp) {
     BroadCalState& state = *mState;
     if (!EnsureService(state)) {
         return false;

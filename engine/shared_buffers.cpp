@@ -39,7 +39,8 @@ bool CreateSharedBuffer(const wchar_t* base, detail::UniqueHandle& mapping,
     if (!mapping) {
         return false;
     }
-    view.reset(static_cast<T*>(MapViewOfFile(mapping.get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0)));
+    view.reset(
+        static_cast<T*>(MapViewOfFile(mapping.get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0)));
     if (!view) {
         return false;
     }

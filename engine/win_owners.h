@@ -11,8 +11,7 @@
 namespace vz::detail {
 
 // Owns one value of a resource and releases it with Close unless it is Empty.
-template <class Value, class Traits>
-class UniqueResource {
+template <class Value, class Traits> class UniqueResource {
 public:
     UniqueResource() = default;
     explicit UniqueResource(Value value) : mValue(value) {}
@@ -45,8 +44,7 @@ struct HandleTraits {
     static void Close(HANDLE h) { CloseHandle(h); }
 };
 
-template <class T>
-struct ViewTraits {
+template <class T> struct ViewTraits {
     static bool Empty(T* view) { return view == nullptr; }
     static void Close(T* view) { UnmapViewOfFile(view); }
 };
@@ -57,8 +55,7 @@ struct BstrTraits {
 };
 
 using UniqueHandle = UniqueResource<HANDLE, HandleTraits>;
-template <class T>
-using UniqueView = UniqueResource<T*, ViewTraits<T>>;
+template <class T> using UniqueView = UniqueResource<T*, ViewTraits<T>>;
 using UniqueBstr = UniqueResource<BSTR, BstrTraits>;
 
 } // namespace vz::detail

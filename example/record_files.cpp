@@ -82,10 +82,10 @@ bool ReadFactoryCal(const std::filesystem::path& file,
                     vz::reduce::CQuilloFactoryCalReduceObject& record, std::string& error) {
     vz::reduce::CQuilloFactoryCalReduceObject read = record;
     std::map<std::string, Field> fields{
-        {"calKind", &read.calKind},         {"calCoefExtra", &read.calCoefExtra},
-        {"countsLow", &read.countsLow},     {"countsHigh", &read.countsHigh},
-        {"tempMinK", &read.tempMinK},       {"tempMaxK", &read.tempMaxK},
-        {"calAux", &read.calAux},           {"integrationTime", &read.integrationTime}};
+        {"calKind", &read.calKind},     {"calCoefExtra", &read.calCoefExtra},
+        {"countsLow", &read.countsLow}, {"countsHigh", &read.countsHigh},
+        {"tempMinK", &read.tempMinK},   {"tempMaxK", &read.tempMaxK},
+        {"calAux", &read.calAux},       {"integrationTime", &read.integrationTime}};
     for (int i = 0; i < 6; ++i) {
         fields.emplace("calCoef" + std::to_string(i), &read.calCoef[i]);
     }

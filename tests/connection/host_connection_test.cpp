@@ -22,8 +22,8 @@ const wchar_t kSimulatorKey[] = L"Software\\CamSim";
 class SimulatorVersion {
 public:
     explicit SimulatorVersion(const std::wstring& version) {
-        RegSetKeyValueW(HKEY_CURRENT_USER, kSimulatorKey, L"ServerVersion", REG_SZ,
-                        version.c_str(), DWORD((version.size() + 1) * sizeof(wchar_t)));
+        RegSetKeyValueW(HKEY_CURRENT_USER, kSimulatorKey, L"ServerVersion", REG_SZ, version.c_str(),
+                        DWORD((version.size() + 1) * sizeof(wchar_t)));
     }
     ~SimulatorVersion() { RegDeleteKeyValueW(HKEY_CURRENT_USER, kSimulatorKey, L"ServerVersion"); }
 };
@@ -34,8 +34,8 @@ public:
     explicit CyCamLibOnPath(const std::string& flavour) {
         wchar_t exe[MAX_PATH];
         GetModuleFileNameW(nullptr, exe, MAX_PATH);
-        const auto folder = std::filesystem::path(exe).parent_path().parent_path() / "cycamlib" /
-                            flavour;
+        const auto folder =
+            std::filesystem::path(exe).parent_path().parent_path() / "cycamlib" / flavour;
         GetCurrentDirectoryW(MAX_PATH, mPrevious);
         EXPECT_TRUE(std::filesystem::exists(folder / "CyCamLib.dll")) << folder;
         SetCurrentDirectoryW(folder.c_str());
@@ -51,9 +51,11 @@ class LogCapture {
 public:
     explicit LogCapture(bool verbose) {
         vz::gLog->setVerbose(verbose);
-        vz::gLog->SetWriter([](const wchar_t* line, void* lines) {
-            static_cast<std::vector<std::wstring>*>(lines)->push_back(line);
-        }, &mLines);
+        vz::gLog->SetWriter(
+            [](const wchar_t* line, void* lines) {
+                static_cast<std::vector<std::wstring>*>(lines)->push_back(line);
+            },
+            &mLines);
     }
     ~LogCapture() {
         vz::gLog->SetWriter(nullptr, nullptr);
@@ -113,8 +115,8 @@ TEST_P(ConnectionRules, DecideWhetherTheServerIsUsed) {
         EXPECT_EQ(c.connects, static_cast<bool>(host));
         unsigned long major = 0, minor = 0, build = 0;
         EXPECT_EQ(c.connects, GetOstrelVersion(major, minor, build));
-        const bool pleoraRefusal = !c.connects && c.cyCamLib != nullptr &&
-                                   std::wstring(c.server) >= L"5.90.4";
+        const bool pleoraRefusal =
+            !c.connects && c.cyCamLib != nullptr && std::wstring(c.server) >= L"5.90.4";
         EXPECT_EQ(pleoraRefusal ? std::vector<std::wstring>{kPleoraLine}
                                 : std::vector<std::wstring>{},
                   log.Lines());
@@ -199,8 +201,8 @@ TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
         {
             COstrel copy = *main;
             ULONG major = 0, minor = 0, build = 0;
-            answered = copy && copy->GetServerVersion(&major, &minor, &build) == S_OK &&
-                       minor == 92;
+            answered =
+                copy && copy->GetServerVersion(&major, &minor, &build) == S_OK && minor == 92;
             SetEvent(called);
             WaitForSingleObject(release, INFINITE);
         }

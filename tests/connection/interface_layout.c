@@ -3,8 +3,9 @@
 
 #include <ostrel_server.h>
 
-#define SLOT(vtbl, method, slot) \
-    _Static_assert(offsetof(vtbl, method) == (slot) * sizeof(void*), #method " is not at its slot")
+#define SLOT(vtbl, method, slot)                                                                   \
+    _Static_assert(offsetof(vtbl, method) == (slot) * sizeof(void*), #method " is not at its "     \
+                                                                             "slot")
 
 SLOT(IOstrelHostVtbl, AddRef, 1);
 SLOT(IOstrelHostVtbl, Release, 2);

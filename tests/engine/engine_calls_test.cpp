@@ -14,7 +14,9 @@ std::vector<int> SlotsOf(const std::vector<fake::CalCall>& calls) {
     return slots;
 }
 
-float KelvinToCelsius(float kelvin) { return static_cast<float>(double(kelvin) - 273.15); }
+float KelvinToCelsius(float kelvin) {
+    return static_cast<float>(double(kelvin) - 273.15);
+}
 
 TEST_F(EngineTest, ANewEngineHoldsDefaultsAndChecksOnlyGetBroadCalsPreset) {
     EXPECT_EQ(vz::eCelsius, engine->lutTempType());
@@ -66,8 +68,8 @@ TEST_P(SetBroadCalKinds, LoadsTheRecordIntoANewObjectInTheServersOrder) {
     const int load = kind == 2 ? kLoadFactoryKind2 : kLoadFactory;
     ASSERT_EQ((std::vector<int>{kIsReady, load, kSetIntegrationTime, kSetAux}), SlotsOf(calls));
 
-    std::vector<double> expected{double(kind), 1.5, 2.5, 3.5, 4.5, 5.5, 6.5,
-                                 60000,        1000, 423.15f, 253.15f};
+    std::vector<double> expected{double(kind), 1.5,   2.5,  3.5,     4.5,    5.5,
+                                 6.5,          60000, 1000, 423.15f, 253.15f};
     if (kind != 2) {
         expected.push_back(0.25);
     }

@@ -11,7 +11,9 @@ const std::wstring kCountsBase = L"Calorvue<->Ostrel CountsConvBuffer";
 const std::wstring kTempBase = L"Calorvue<->Ostrel TempConvBuffer";
 
 // A rising table: 20 °C at the calibrated low count 1000, one hundredth of a degree per count.
-float Rising(int i) { return 20.0f + 0.01f * (i - 1000); }
+float Rising(int i) {
+    return 20.0f + 0.01f * (i - 1000);
+}
 
 class LutBuild : public EngineTest {
 protected:

@@ -43,7 +43,8 @@ TEST_F(ScalarConversions, IntegrationTimesComeFromBothEndsOfTheCalibratedRange) 
 TEST_F(ScalarConversions, AFailedSecondIntegrationTimeLeavesBothOutputs) {
     int seen = 0;
     Log().decide = [&](const fake::CalCall& call) {
-        return fake::SlotResult{S_OK, call.slot == kIntegrationTimeAt && ++seen == 2 ? FALSE : TRUE};
+        return fake::SlotResult{S_OK,
+                                call.slot == kIntegrationTimeAt && ++seen == 2 ? FALSE : TRUE};
     };
     unsigned long minTime = 11, maxTime = 22;
     EXPECT_FALSE(engine->GetIntegrationTimeRange(1, minTime, maxTime));
@@ -63,9 +64,9 @@ TEST_F(ScalarConversions, TempRangeReloadsTheObjectIgnoringItsAnswersAndKeepsThe
     for (size_t i = before; i < Log().calls.size(); ++i) {
         slots.push_back(Log().calls[i].slot);
     }
-    EXPECT_EQ((std::vector<int>{kIsReady, kLoadFactoryKind2, kSetIntegrationTime, kSetAux,
-                                kComputeLut}),
-              slots);
+    EXPECT_EQ(
+        (std::vector<int>{kIsReady, kLoadFactoryKind2, kSetIntegrationTime, kSetAux, kComputeLut}),
+        slots);
     EXPECT_EQ(std::vector<double>{777}, Log().CallsTo(kSetIntegrationTime).back().numbers);
     // The inclusive scan over 1000..60000 is clamped into the limits -20 .. 150.
     EXPECT_EQ(static_cast<float>(double(253.15f) - 273.15), minTemp);

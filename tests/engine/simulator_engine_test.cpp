@@ -18,8 +18,8 @@ protected:
         std::string error;
         ASSERT_TRUE(records::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error))
             << error;
-        ASSERT_TRUE(records::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params,
-                                              error))
+        ASSERT_TRUE(
+            records::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params, error))
             << error;
         ASSERT_TRUE(engine.SetBroadCal(0, &record)) << "is the simulator registered?";
         ASSERT_TRUE(engine.SetObjectParams(&params));
@@ -79,8 +79,8 @@ TEST_F(SimulatorEngine, AnswersTheRangesOfItsCalibration) {
     EXPECT_GT(maxTime, 0u);
 
     float minTemp = 0, maxTemp = 0;
-    ASSERT_TRUE(engine.GetTempRangeFromIntTime(0, unsigned(record.integrationTime), minTemp,
-                                               maxTemp));
+    ASSERT_TRUE(
+        engine.GetTempRangeFromIntTime(0, unsigned(record.integrationTime), minTemp, maxTemp));
     EXPECT_NEAR(-20.0f, minTemp, 0.5f);
     EXPECT_NEAR(150.0f, maxTemp, 0.5f);
 

@@ -18,8 +18,8 @@ LONG WINAPI ReportCrash(EXCEPTION_POINTERS* info) {
     if (module != nullptr) {
         GetModuleFileNameW(module, name, MAX_PATH);
     }
-    const auto offset = static_cast<const char*>(record->ExceptionAddress) -
-                        reinterpret_cast<const char*>(module);
+    const auto offset =
+        static_cast<const char*>(record->ExceptionAddress) - reinterpret_cast<const char*>(module);
     std::fprintf(stderr, "crash: exception 0x%08lx in %ls at offset 0x%llx\n",
                  record->ExceptionCode, name, static_cast<unsigned long long>(offset));
     std::fflush(stderr);

@@ -11,9 +11,7 @@ int main() {
         std::puts("host: no connection to the camera server");
         return 1;
     }
-    {
-        COstrelLock lock;
-    }
+    { COstrelLock lock; }
     COstrelCal cal = GetOstrelCal();
     vz::CBroadCal engine;
     if (!cal || FAILED(cal->CalIsReady()) || !engine.isAvailable()) {
