@@ -5,22 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "global_lock.h"
+#include "lock_probe.h"
 
 namespace {
-
-// Whether another thread could take the lock right now.
-bool FreeForOtherThreads() {
-    bool entered = false;
-    std::thread other([&] {
-        entered = TryEnterCriticalSection(&OstrelSection()) != 0;
-        if (entered) {
-            LeaveCriticalSection(&OstrelSection());
-        }
-    });
-    other.join();
-    return entered;
-}
 
 TEST(GlobalLock, EnterAndLeavePair) {
     ostrelEnter();

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 #include <vz/log.h>
 
-#include "global_lock.h"
 #include "host_connection.h"
+#include "lock_probe.h"
 #include "module_state.h"
 
 namespace {
@@ -66,19 +66,6 @@ public:
 private:
     std::vector<std::wstring> mLines;
 };
-
-// Whether another thread could take the library-wide lock right now.
-bool FreeForOtherThreads() {
-    bool entered = false;
-    std::thread other([&] {
-        entered = TryEnterCriticalSection(&OstrelSection()) != 0;
-        if (entered) {
-            LeaveCriticalSection(&OstrelSection());
-        }
-    });
-    other.join();
-    return entered;
-}
 
 const std::wstring kPleoraLine =
     L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance";
