@@ -104,8 +104,8 @@ void Kernel(benchmark::State& state, Frame frame, ETempType type, bool withStatu
     const STypedData outData{out.data(), OutCode};
     unsigned char* statusData = withStatus ? status.data() : nullptr;
     Measure(state, frame.Pixels(), [&] {
-        if (!typed::DispatchCountsToTemp(engine, 0, inData, outData, frame.Pixels(), statusData,
-                                         type)) {
+        if (!typed::DispatchCountsToTemp(typed::UniformPreset<BenchEngine>{engine, 0}, inData,
+                                         outData, frame.Pixels(), statusData, type)) {
             state.SkipWithError("conversion failed");
         }
     });

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "win_owners.h"
+#include <unique_resource.h>
 
 namespace vz {
 
@@ -17,13 +17,13 @@ struct BroadCalState {
     BroadCalState(const BroadCalState&) = delete;
     BroadCalState& operator=(const BroadCalState&) = delete;
 
-    detail::UniqueBstr countsBufferName;
-    detail::UniqueBstr tempBufferName[kPresetCount];
-    detail::UniqueHandle countsMapping;
-    detail::UniqueHandle tempMapping[kPresetCount];
-    detail::UniqueView<unsigned short> countsView;
+    owners::UniqueBstr countsBufferName;
+    owners::UniqueBstr tempBufferName[kPresetCount];
+    owners::UniqueHandle countsMapping;
+    owners::UniqueHandle tempMapping[kPresetCount];
+    owners::UniqueView<unsigned short> countsView;
     // The LUT is the mapped view the server writes into; there is no copy.
-    detail::UniqueView<float> lutOutput[kPresetCount];
+    owners::UniqueView<float> lutOutput[kPresetCount];
     std::unique_ptr<unsigned char[]> lutStatus[kPresetCount];
     bool lutDirty[kPresetCount];
     bool serviceReady = false;

@@ -5,6 +5,25 @@
 
 namespace vz {
 
+// Set-up tried once for the engine's life: true at once when it was done, false at once when it
+// failed before; otherwise runs attempt. The two flags are set together on success (ready, and
+// tried cleared); a failed attempt leaves tried set.
+template <class Attempt> bool TryOnce(bool& ready, bool& tried, Attempt attempt) {
+    if (ready) {
+        return true;
+    }
+    if (tried) {
+        return false;
+    }
+    tried = true;
+    if (!attempt()) {
+        return false;
+    }
+    ready = true;
+    tried = false;
+    return true;
+}
+
 // Obtains the four calibration objects and asks each whether it is ready. Tried once for the
 // engine's life: after a failure it answers false without contacting the server again.
 bool EnsureService(BroadCalState& state);

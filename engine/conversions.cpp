@@ -16,7 +16,8 @@ bool CBroadCal::CountsToTemp(unsigned char preset, unsigned short counts, float*
                              unsigned char* status, ETempType type) {
     EngineLuts luts(*mState);
     const std::uint16_t count = counts;
-    return typed::CountsToTemp<std::uint16_t, float>(luts, preset, &count, temp, 1, status, type);
+    return typed::CountsToTemp<std::uint16_t, float>(typed::UniformPreset<EngineLuts>{luts, preset},
+                                                     &count, temp, 1, status, type);
 }
 
 bool CBroadCal::CountsToTemp(unsigned char preset, unsigned short* counts, float* temp,
@@ -34,20 +35,23 @@ bool CBroadCal::CountsToTemp(unsigned char preset, float* counts, float* temp, u
 bool CBroadCal::CountsToTemp(unsigned char preset, STypedData in, STypedData out, unsigned long n,
                              unsigned char* status, ETempType type) {
     EngineLuts luts(*mState);
-    return typed::DispatchCountsToTemp(luts, preset, in, out, n, status, type);
+    return typed::DispatchCountsToTemp(typed::UniformPreset<EngineLuts>{luts, preset}, in, out, n,
+                                       status, type);
 }
 
 bool CBroadCal::CountsToTemp(STypedData in, const unsigned char* presetMap, STypedData out,
                              unsigned long n, unsigned char* status, ETempType type) {
     EngineLuts luts(*mState);
-    return typed::DispatchCountsToTemp(luts, in, presetMap, out, n, status, type);
+    return typed::DispatchCountsToTemp(typed::PresetMap<EngineLuts>{luts, presetMap}, in, out, n,
+                                       status, type);
 }
 
 bool CBroadCal::CountsToTemp(STypedData in, const unsigned long* pixelKeys,
                              const unsigned char* keyToPreset, STypedData out, unsigned long n,
                              unsigned char* status, ETempType type) {
     EngineLuts luts(*mState);
-    return typed::DispatchCountsToTemp(luts, in, pixelKeys, keyToPreset, out, n, status, type);
+    return typed::DispatchCountsToTemp(
+        typed::KeyedPresets<EngineLuts>{luts, pixelKeys, keyToPreset}, in, out, n, status, type);
 }
 
 bool CBroadCal::TempToCounts(unsigned char preset, float temp, unsigned short* counts,

@@ -4,22 +4,15 @@
 namespace vz {
 
 bool EnsureService(BroadCalState& state) {
-    if (state.serviceReady) {
-        return true;
-    }
-    if (state.serviceTried) {
-        return false;
-    }
-    state.serviceTried = true;
-    for (COstrelCal& cal : state.calibration) {
-        cal = GetOstrelCal();
-        if (!cal || !service::IsReady(cal)) {
-            return false;
+    return TryOnce(state.serviceReady, state.serviceTried, [&state] {
+        for (COstrelCal& cal : state.calibration) {
+            cal = GetOstrelCal();
+            if (!cal || !service::IsReady(cal)) {
+                return false;
+            }
         }
-    }
-    state.serviceReady = true;
-    state.serviceTried = false;
-    return true;
+        return true;
+    });
 }
 
 } // namespace vz

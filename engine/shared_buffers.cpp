@@ -16,7 +16,7 @@ constexpr int kNameAttempts = 10000;
 std::optional<std::wstring> UnusedMappingName(const wchar_t* base) {
     std::wstring name = base;
     for (int attempts = 0; attempts < kNameAttempts; ++attempts) {
-        detail::UniqueHandle taken(
+        owners::UniqueHandle taken(
             OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, name.c_str()));
         if (!taken) {
             return name;
@@ -28,15 +28,16 @@ std::optional<std::wstring> UnusedMappingName(const wchar_t* base) {
 
 // Creates a named read-write mapping of count elements on the paging file and maps all of it.
 template <class T>
-bool CreateSharedBuffer(const wchar_t* base, detail::UniqueHandle& mapping,
-                        detail::UniqueView<T>& view, detail::UniqueBstr& name) {
+bool CreateSharedBuffer(const wchar_t* base, owners::UniqueHandle& mapping,
+                        owners::UniqueView<T>& view, owners::UniqueBstr& name) {
     const std::optional<std::wstring> unused = UnusedMappingName(base);
     if (!unused) {
         return false;
     }
     mapping.reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                      kLutSize * sizeof(T), unused->c_str()));
-    if (!mapping) {
+    // The call reports failure with null; an invalid handle is refused all the same.
+    if (!mapping || mapping.get() == INVALID_HANDLE_VALUE) {
         return false;
     }
     view.reset(
@@ -51,31 +52,24 @@ bool CreateSharedBuffer(const wchar_t* base, detail::UniqueHandle& mapping,
 } // namespace
 
 bool EnsureBuffers(BroadCalState& state) {
-    if (state.buffersReady) {
-        return true;
-    }
-    if (state.buffersTried) {
-        return false;
-    }
-    state.buffersTried = true;
-    if (!CreateSharedBuffer(kCountsBufferBase, state.countsMapping, state.countsView,
-                            state.countsBufferName)) {
-        return false;
-    }
-    for (unsigned p = 0; p < kPresetCount; ++p) {
-        if (!CreateSharedBuffer(kTempBufferBase, state.tempMapping[p], state.lutOutput[p],
-                                state.tempBufferName[p])) {
+    return TryOnce(state.buffersReady, state.buffersTried, [&state] {
+        if (!CreateSharedBuffer(kCountsBufferBase, state.countsMapping, state.countsView,
+                                state.countsBufferName)) {
             return false;
         }
-        state.lutStatus[p] = std::make_unique<unsigned char[]>(kLutSize);
-    }
-    unsigned short* counts = state.countsView.get();
-    for (std::uint32_t i = 0; i < kLutSize; ++i) {
-        counts[i] = static_cast<unsigned short>(i);
-    }
-    state.buffersReady = true;
-    state.buffersTried = false;
-    return true;
+        for (unsigned p = 0; p < kPresetCount; ++p) {
+            if (!CreateSharedBuffer(kTempBufferBase, state.tempMapping[p], state.lutOutput[p],
+                                    state.tempBufferName[p])) {
+                return false;
+            }
+            state.lutStatus[p] = std::make_unique<unsigned char[]>(kLutSize);
+        }
+        unsigned short* counts = state.countsView.get();
+        for (std::uint32_t i = 0; i < kLutSize; ++i) {
+            counts[i] = static_cast<unsigned short>(i);
+        }
+        return true;
+    });
 }
 
 } // namespace vz

@@ -4,17 +4,12 @@
 
 #include <algorithm>
 
+#include <unique_resource.h>
+
 #include "display_name.h"
-#include "win_owners.h"
 
 namespace convert {
 namespace {
-
-struct FindTraits {
-    static bool Empty(HANDLE h) { return h == nullptr || h == INVALID_HANDLE_VALUE; }
-    static void Close(HANDLE h) { FindClose(h); }
-};
-using UniqueFind = vz::detail::UniqueResource<HANDLE, FindTraits>;
 
 bool EndsWithIgnoringCase(const std::wstring& text, std::wstring_view suffix) {
     return text.size() >= suffix.size() &&
@@ -35,7 +30,7 @@ bool IsFrameName(const std::wstring& name) {
 void ExpandWildcard(const std::filesystem::path& pattern,
                     std::vector<std::filesystem::path>& found) {
     WIN32_FIND_DATAW entry;
-    const UniqueFind find(FindFirstFileW(pattern.c_str(), &entry));
+    const owners::UniqueFind find(FindFirstFileW(pattern.c_str(), &entry));
     if (!find) {
         return;
     }
@@ -75,13 +70,13 @@ bool ExpandInputs(const std::vector<std::filesystem::path>& inputs, const std::w
             continue;
         } else {
             // Before connecting to the server, which takes a while.
-            error = DisplayName(input) + ": no such file or folder";
+            error = formats::DisplayName(input) + ": no such file or folder";
             return false;
         }
         if (found.empty()) {
-            error = DisplayName(input) +
+            error = formats::DisplayName(input) +
                     (wildcard ? ": no file matches"
-                              : ": the folder holds no " + Narrow(extension) + " file");
+                              : ": the folder holds no " + formats::Narrow(extension) + " file");
             return false;
         }
         std::ranges::sort(found);

@@ -44,8 +44,8 @@ void BatchSummary::Print(std::FILE* out, vz::ETempType unit) const {
         std::fputs("No pixel has status 0 (valid): no temperatures to sum up.\n", out);
     } else {
         std::fprintf(out, "Temperature over status-0 pixels (%s): min %.3f, mean %.3f, max %.3f\n",
-                     UnitSymbol(unit), validMin_, validSum_ / static_cast<double>(validPixels_),
-                     validMax_);
+                     formats::UnitSymbol(unit), validMin_,
+                     validSum_ / static_cast<double>(validPixels_), validMax_);
     }
     std::fputs("Pixels by status:", out);
     for (const StatusName& entry : kStatusNames) {

@@ -23,14 +23,14 @@ bool ReadCalibration(const Options& options, const PresetFlags& used,
         }
         const std::filesystem::path file =
             options.factoryCal[preset].value_or(samples / "factory_cal.txt");
-        if (!records::ReadFactoryCal(file, calibration.records[preset].emplace(), error)) {
+        if (!formats::ReadFactoryCal(file, calibration.records[preset].emplace(), error)) {
             return false;
         }
         calibration.recordFiles[preset] = file;
     }
     calibration.objectParamsFile = options.objectParams.value_or(samples / "object_params.txt");
     vz::reduce::CObjectParametersReduceObject& params = calibration.objectParams;
-    if (!records::ReadObjectParams(calibration.objectParamsFile, params, error)) {
+    if (!formats::ReadObjectParams(calibration.objectParamsFile, params, error)) {
         return false;
     }
     params.objFactorA = options.emissivity.value_or(params.objFactorA);
@@ -56,7 +56,7 @@ bool LoadIntoEngine(vz::CBroadCal& engine, Calibration& calibration, vz::ETempTy
     for (unsigned preset = 0; preset < vz::kPresetCount; ++preset) {
         auto& record = calibration.records[preset];
         if (record && !engine.SetBroadCal(static_cast<unsigned char>(preset), &*record)) {
-            error = DisplayName(calibration.recordFiles[preset]) +
+            error = formats::DisplayName(calibration.recordFiles[preset]) +
                     ": the camera server refused this factory calibration for preset " +
                     std::to_string(preset);
             return false;
@@ -64,7 +64,7 @@ bool LoadIntoEngine(vz::CBroadCal& engine, Calibration& calibration, vz::ETempTy
     }
     // After the records: each record gets a new server object, which needs the parameters.
     if (!engine.SetObjectParams(&calibration.objectParams)) {
-        error = DisplayName(calibration.objectParamsFile) +
+        error = formats::DisplayName(calibration.objectParamsFile) +
                 ": the camera server refused these object parameters" +
                 (calibration.objectParamsOverridden ? " as the options changed them" : "");
         return false;

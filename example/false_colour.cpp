@@ -88,7 +88,7 @@ private:
 
 std::string Label(float value, vz::ETempType unit) {
     char text[48];
-    std::snprintf(text, sizeof(text), "%.1f %s", value, UnitSymbol(unit));
+    std::snprintf(text, sizeof(text), "%.1f %s", value, formats::UnitSymbol(unit));
     return text;
 }
 

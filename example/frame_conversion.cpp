@@ -2,7 +2,7 @@
 
 namespace convert {
 
-bool ConvertFrame(vz::CBroadCal& engine, const PresetSource& source, const Frame& frame,
+bool ConvertFrame(vz::CBroadCal& engine, const PresetSource& source, const formats::Frame& frame,
                   vz::ETempType unit, Temperatures& result) {
     const auto n = static_cast<unsigned long>(frame.PixelCount());
     result.values.resize(n);

@@ -18,7 +18,7 @@ struct Temperatures {
 
 // False when the engine fails (its tables could not be brought up to date). The source must
 // match the frame's size.
-bool ConvertFrame(vz::CBroadCal& engine, const PresetSource& source, const Frame& frame,
+bool ConvertFrame(vz::CBroadCal& engine, const PresetSource& source, const formats::Frame& frame,
                   vz::ETempType unit, Temperatures& result);
 
 } // namespace convert

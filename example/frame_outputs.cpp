@@ -25,18 +25,18 @@ bool WriteFrameOutputs(const Options& options, const std::filesystem::path& inpu
     const Output outputs[] = {
         {options.pfm, L".pfm",
          [&](std::ostream& out) {
-             WritePfm(out, width, height, values);
+             formats::WritePfm(out, width, height, values);
              return true;
          }},
         {options.csv, L".csv",
          [&](std::ostream& out) {
-             WriteCsv(out, width, height, values);
+             formats::WriteCsv(out, width, height, values);
              return true;
          }},
         // maxval 4, the largest status, so that viewers stretch the marks to full contrast.
         {options.status, kStatusSuffix,
          [&](std::ostream& out) {
-             WritePgm(out, width, height, result.status, vz::eLUTAbove);
+             formats::WritePgm(out, width, height, result.status, vz::eLUTAbove);
              return true;
          }},
         {options.png, L".png",
@@ -47,22 +47,22 @@ bool WriteFrameOutputs(const Options& options, const std::filesystem::path& inpu
     };
 
     const std::filesystem::path folder = options.outFolder.value_or(input.parent_path());
-    std::vector<OutputFile> files;
+    std::vector<formats::OutputFile> files;
     for (const Output& output : outputs) {
         if (!output.wanted) {
             continue;
         }
         const std::filesystem::path target = folder / (input.stem().native() + output.suffix);
-        OutputFile& file = files.emplace_back();
+        formats::OutputFile& file = files.emplace_back();
         if (!file.Open(target, error)) {
             return false;
         }
         if (!output.fill(file.Stream())) {
-            error = DisplayName(target) + ": can't be encoded";
+            error = formats::DisplayName(target) + ": can't be encoded";
             return false;
         }
     }
-    for (OutputFile& file : files) {
+    for (formats::OutputFile& file : files) {
         if (!file.Commit(error)) {
             return false;
         }

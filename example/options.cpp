@@ -11,8 +11,6 @@
 namespace convert {
 namespace {
 
-constexpr std::uint32_t kLargestSide = 65535;
-
 template <class Number> std::optional<Number> ParseNumber(std::string_view text) {
     Number value{};
     const auto end = text.data() + text.size();
@@ -45,7 +43,7 @@ public:
                 continue;
             }
             const auto equals = argument.find(L'=');
-            const std::string name = Narrow(argument.substr(0, equals));
+            const std::string name = formats::Narrow(argument.substr(0, equals));
             if (const auto flag = flags_.find(name); flag != flags_.end()) {
                 if (equals != std::wstring::npos) {
                     error = name + " takes no value";
@@ -69,7 +67,7 @@ public:
                 return false;
             }
             if (!option->second(value)) {
-                error = name + ": \"" + Narrow(value) + "\" " + problem_;
+                error = name + ": \"" + formats::Narrow(value) + "\" " + problem_;
                 return false;
             }
         }
@@ -86,16 +84,15 @@ private:
     }
 
     bool Side(const std::wstring& value, std::optional<std::uint32_t>& side) {
-        const auto number = ParseNumber<std::uint32_t>(Narrow(value));
-        if (!number || *number == 0 || *number > kLargestSide) {
+        side = formats::ParseSide(value);
+        if (!side) {
             return Refuse("is not a whole number from 1 to 65535");
         }
-        side = *number;
         return true;
     }
 
     bool Ratio(const std::wstring& value, std::optional<float>& ratio) {
-        const auto number = ParseNumber<float>(Narrow(value));
+        const auto number = ParseNumber<float>(formats::Narrow(value));
         if (!number || !(*number > 0.0f && *number <= 1.0f)) {
             return Refuse("is not a number above 0 and at most 1");
         }
@@ -104,7 +101,7 @@ private:
     }
 
     bool Celsius(const std::wstring& value, std::optional<float>& celsius) {
-        const auto number = ParseNumber<float>(Narrow(value));
+        const auto number = ParseNumber<float>(formats::Narrow(value));
         if (!number || !std::isfinite(*number) || !(*number > -273.15f)) {
             return Refuse("is not a temperature in Celsius above absolute zero");
         }
@@ -113,7 +110,7 @@ private:
     }
 
     bool Unit(const std::wstring& value, vz::ETempType& unit) {
-        const auto parsed = ParseUnit(Narrow(value));
+        const auto parsed = formats::ParseUnit(formats::Narrow(value));
         if (!parsed) {
             return Refuse("is not a unit (C, F, K, R, Celsius, Fahrenheit, Kelvin, Rankine)");
         }
@@ -122,7 +119,7 @@ private:
     }
 
     bool Type(const std::wstring& value) {
-        type_ = ParseElementType(Narrow(value));
+        type_ = formats::ParseElementType(formats::Narrow(value));
         if (!type_) {
             return Refuse("is not an element type (Int8, UInt8, Int16, UInt16, Int32, UInt32, "
                           "Int64, UInt64, Float, Double)");
@@ -131,7 +128,7 @@ private:
     }
 
     bool Preset(const std::wstring& value) {
-        const auto preset = ParsePreset(Narrow(value));
+        const auto preset = ParsePreset(formats::Narrow(value));
         if (!preset) {
             return Refuse("is not a preset from 0 to 3");
         }
@@ -144,7 +141,7 @@ private:
         const auto equals = value.find(L'=');
         const auto preset = equals == std::wstring::npos
                                 ? std::nullopt
-                                : ParsePreset(Narrow(value.substr(0, equals)));
+                                : ParsePreset(formats::Narrow(value.substr(0, equals)));
         if (!preset || equals + 1 == value.size()) {
             return Refuse("is not P=FILE with a preset P from 0 to 3");
         }
@@ -153,7 +150,7 @@ private:
     }
 
     bool Range(const std::wstring& value) {
-        const std::string text = Narrow(value);
+        const std::string text = formats::Narrow(value);
         // MIN may be negative: the first colon after its first character ends it.
         const auto colon = text.find(':', 1);
         if (colon == std::string::npos) {
@@ -187,7 +184,7 @@ private:
             error = "--type needs --width and --height";
         } else {
             if (type_) {
-                o_.raw = RawLayout{*o_.width, *o_.height, *type_};
+                o_.raw = formats::RawLayout{*o_.width, *o_.height, *type_};
             }
             o_.dispatch = !o_.presetMap.empty() ? Dispatch::PresetMap
                           : !o_.keys.empty()    ? Dispatch::Keyed

@@ -28,7 +28,7 @@ struct Options {
     // Files, folders or wildcards, as given.
     std::vector<std::filesystem::path> inputs;
     // With --type, frames are raw data of this layout; otherwise PGM images.
-    std::optional<RawLayout> raw;
+    std::optional<formats::RawLayout> raw;
     // The frame size --width and --height ask for, if given.
     std::optional<std::uint32_t> width;
     std::optional<std::uint32_t> height;

@@ -43,17 +43,17 @@ bool ReadPresetSource(const Options& options, PresetSource& source, std::string&
     return false;
 }
 
-bool ReadFrame(const Options& options, const std::filesystem::path& file, Frame& frame,
+bool ReadFrame(const Options& options, const std::filesystem::path& file, formats::Frame& frame,
                std::string& error) {
     if (options.raw) {
-        return ReadRaw(file, *options.raw, frame, error);
+        return formats::ReadRaw(file, *options.raw, frame, error);
     }
-    if (!ReadPgm(file, frame, error)) {
+    if (!formats::ReadPgm(file, frame, error)) {
         return false;
     }
     if (options.width.value_or(frame.width) != frame.width ||
         options.height.value_or(frame.height) != frame.height) {
-        error = DisplayName(file) + ": " + std::to_string(frame.width) + "x" +
+        error = formats::DisplayName(file) + ": " + std::to_string(frame.width) + "x" +
                 std::to_string(frame.height) + " pixels do not match --width " +
                 (options.width ? std::to_string(*options.width) : "(any)") + " --height " +
                 (options.height ? std::to_string(*options.height) : "(any)");
@@ -68,7 +68,7 @@ bool ConvertFiles(const Options& options, vz::CBroadCal& engine, const PresetSou
                   const std::vector<std::filesystem::path>& files, BatchSummary& summary,
                   std::string& error) {
     ProgressBar progress(files.size());
-    Frame frame;
+    formats::Frame frame;
     Temperatures result;
     for (std::size_t i = 0; i < files.size(); ++i) {
         const std::filesystem::path& file = files[i];
@@ -78,8 +78,8 @@ bool ConvertFiles(const Options& options, vz::CBroadCal& engine, const PresetSou
         }
         const auto start = std::chrono::steady_clock::now();
         if (!ConvertFrame(engine, source, frame, options.unit, result)) {
-            error =
-                DisplayName(file) + ": the camera server failed to build the temperature tables";
+            error = formats::DisplayName(file) +
+                    ": the camera server failed to build the temperature tables";
             return false;
         }
         const std::chrono::duration<double, std::milli> elapsed =
@@ -101,14 +101,15 @@ int Run(const Options& options) {
         return Fail(error);
     }
     const PresetFlags used = PresetsUsed(source);
-    if (!ReadCalibration(options, used, records::SamplesFolder(), calibration, error) ||
+    if (!ReadCalibration(options, used, formats::SamplesFolder(), calibration, error) ||
         !ExpandInputs(options.inputs, options.raw ? L".raw" : L".pgm", files, error)) {
         return Fail(error);
     }
     std::error_code code;
     if (options.outFolder && !std::filesystem::is_directory(*options.outFolder, code) &&
         !std::filesystem::create_directories(*options.outFolder, code)) {
-        return Fail("--out " + DisplayName(*options.outFolder) + ": can't create the folder");
+        return Fail("--out " + formats::DisplayName(*options.outFolder) +
+                    ": can't create the folder");
     }
 
     COstrel host = GetOstrel();

@@ -21,7 +21,7 @@ bool ReadKeyTable(const std::filesystem::path& file, std::vector<unsigned char>&
                   std::string& error) {
     std::ifstream in(file);
     if (!in) {
-        error = DisplayName(file) + ": can't be opened";
+        error = formats::DisplayName(file) + ": can't be opened";
         return false;
     }
     table.assign(kKeyCount, kNoPreset);
@@ -31,7 +31,7 @@ bool ReadKeyTable(const std::filesystem::path& file, std::vector<unsigned char>&
         if (content.find_first_not_of(" \t\r") == std::string::npos) {
             continue;
         }
-        const std::string where = DisplayName(file) + ":" + std::to_string(number) + ": ";
+        const std::string where = formats::DisplayName(file) + ":" + std::to_string(number) + ": ";
         std::istringstream fields(content);
         long long key = 0, preset = 0;
         std::string rest;
@@ -59,12 +59,12 @@ bool ReadKeyTable(const std::filesystem::path& file, std::vector<unsigned char>&
 } // namespace
 
 bool ReadPresetMap(const std::filesystem::path& file, PresetMap& map, std::string& error) {
-    Frame image;
-    if (!ReadPgm(file, image, error)) {
+    formats::Frame image;
+    if (!formats::ReadPgm(file, image, error)) {
         return false;
     }
     if (image.type != vz::UInt8) {
-        error = DisplayName(file) + ": a preset map must be an 8-bit PGM";
+        error = formats::DisplayName(file) + ": a preset map must be an 8-bit PGM";
         return false;
     }
     map.file = file;
@@ -74,7 +74,7 @@ bool ReadPresetMap(const std::filesystem::path& file, PresetMap& map, std::strin
     for (std::size_t i = 0; i < map.presets.size(); ++i) {
         map.presets[i] = static_cast<unsigned char>(image.data[i]);
         if (map.presets[i] >= vz::kPresetCount) {
-            error = DisplayName(file) + ": pixel " + At(i, map.width) + " names preset " +
+            error = formats::DisplayName(file) + ": pixel " + At(i, map.width) + " names preset " +
                     std::to_string(map.presets[i]) + "; presets are 0 to 3";
             return false;
         }
@@ -84,8 +84,9 @@ bool ReadPresetMap(const std::filesystem::path& file, PresetMap& map, std::strin
 
 bool ReadPixelKeys(const std::filesystem::path& keyImage, const std::filesystem::path& keyTable,
                    PixelKeys& keys, std::string& error) {
-    Frame image;
-    if (!ReadPgm(keyImage, image, error) || !ReadKeyTable(keyTable, keys.keyToPreset, error)) {
+    formats::Frame image;
+    if (!formats::ReadPgm(keyImage, image, error) ||
+        !ReadKeyTable(keyTable, keys.keyToPreset, error)) {
         return false;
     }
     keys.file = keyImage;
@@ -100,8 +101,8 @@ bool ReadPixelKeys(const std::filesystem::path& keyImage, const std::filesystem:
             std::memcpy(&key, image.data.data() + 2 * i, sizeof(key));
         }
         if (keys.keyToPreset[key] == kNoPreset) {
-            error = DisplayName(keyImage) + ": key " + std::to_string(key) + " at pixel " +
-                    At(i, keys.width) + " is not in " + DisplayName(keyTable);
+            error = formats::DisplayName(keyImage) + ": key " + std::to_string(key) + " at pixel " +
+                    At(i, keys.width) + " is not in " + formats::DisplayName(keyTable);
             return false;
         }
         keys.keys[i] = key;
@@ -126,16 +127,16 @@ std::array<bool, vz::kPresetCount> PresetsUsed(const PresetSource& source) {
     return used;
 }
 
-bool MatchesFrame(const PresetSource& source, const Frame& frame,
+bool MatchesFrame(const PresetSource& source, const formats::Frame& frame,
                   const std::filesystem::path& frameFile, std::string& error) {
     const auto check = [&](const std::filesystem::path& file, std::uint32_t width,
                            std::uint32_t height) {
         if (width == frame.width && height == frame.height) {
             return true;
         }
-        error = DisplayName(frameFile) + ": " + std::to_string(frame.width) + "x" +
-                std::to_string(frame.height) + " pixels, but " + DisplayName(file) + " has " +
-                std::to_string(width) + "x" + std::to_string(height);
+        error = formats::DisplayName(frameFile) + ": " + std::to_string(frame.width) + "x" +
+                std::to_string(frame.height) + " pixels, but " + formats::DisplayName(file) +
+                " has " + std::to_string(width) + "x" + std::to_string(height);
         return false;
     };
     if (const auto* map = std::get_if<PresetMap>(&source)) {

@@ -46,7 +46,7 @@ bool ReadPixelKeys(const std::filesystem::path& keyImage, const std::filesystem:
 // The presets the frame's pixels go through.
 std::array<bool, vz::kPresetCount> PresetsUsed(const PresetSource& source);
 // False, with a message naming both files, when a map or key image has another size.
-bool MatchesFrame(const PresetSource& source, const Frame& frame,
+bool MatchesFrame(const PresetSource& source, const formats::Frame& frame,
                   const std::filesystem::path& frameFile, std::string& error);
 
 } // namespace convert

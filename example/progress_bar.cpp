@@ -32,7 +32,7 @@ void ProgressBar::Show(std::size_t done, const std::filesystem::path& current) {
     }
     const std::size_t filled = kBarWidth * done / total_;
     const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
-    const std::string name = DisplayName(current.filename());
+    const std::string name = formats::DisplayName(current.filename());
     std::fprintf(stderr, "\r[%s] %llu/%llu %-30.30s", bar.c_str(),
                  static_cast<unsigned long long>(done), static_cast<unsigned long long>(total_),
                  name.c_str());

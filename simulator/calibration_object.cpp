@@ -18,24 +18,12 @@ constexpr ULONG kMaxEntries = 65536;
 
 } // namespace
 
-std::optional<HRESULT> CalibrationObject::BeginCall(CalibrationSlot slot, BOOL* ok) {
+std::optional<HRESULT> CalibrationObject::BeginCall(OsCalibrationSlot slot, BOOL* ok) {
     if (ok == nullptr) {
         return E_POINTER;
     }
     *ok = FALSE;
     return InjectedFault(slot, ok);
-}
-
-HRESULT CalibrationObject::SimSetFault(ULONG slot, LONG mode) {
-    return SetFault(slot, mode);
-}
-
-HRESULT CalibrationObject::SimProcessId(ULONG* pid) {
-    if (pid == nullptr) {
-        return E_POINTER;
-    }
-    *pid = GetCurrentProcessId();
-    return S_OK;
 }
 
 HRESULT CalibrationObject::CalSetAux(float calAux, BOOL* ok) {

@@ -1,5 +1,5 @@
 // The server's calibration object: one radiometric model per object, driven through the
-// calibration slots, plus the fault control shared by the whole process.
+// calibration slots, which fail as the process-wide fault table says.
 #pragma once
 
 #include <ostrel_server.h>
@@ -14,8 +14,8 @@ namespace camsim {
 
 class CalibrationObject final : public ServerObject<CalibrationObject, IOsCalibration> {
 public:
-    HRESULT STDMETHODCALLTYPE SimSetFault(ULONG slot, LONG mode) override;
-    HRESULT STDMETHODCALLTYPE SimProcessId(ULONG* pid) override;
+    HRESULT STDMETHODCALLTYPE Reserved003() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Reserved004() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved005() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved006() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved007() override { return E_NOTIMPL; }
@@ -45,7 +45,7 @@ public:
 private:
     // Checks and clears the success flag and applies an injected fault; a value means the
     // call ends with it.
-    static std::optional<HRESULT> BeginCall(CalibrationSlot slot, BOOL* ok);
+    static std::optional<HRESULT> BeginCall(OsCalibrationSlot slot, BOOL* ok);
 
     RadiometricModel model_;
 };

@@ -7,7 +7,7 @@
 #include <new>
 
 #include "server_lifetime.h"
-#include "unique_resources.h"
+#include <wrl/client.h>
 
 namespace camsim {
 
@@ -35,7 +35,10 @@ public:
         if (outer != nullptr) {
             return CLASS_E_NOAGGREGATION;
         }
-        ComRef<Object> created(new (std::nothrow) Object);
+        // Created holding one reference, which the owner takes over through its out-parameter
+        // (MinGW's ComPtr::Attach would add a reference of its own).
+        Microsoft::WRL::ComPtr<Object> created;
+        *created.GetAddressOf() = new (std::nothrow) Object;
         if (!created) {
             return E_OUTOFMEMORY;
         }

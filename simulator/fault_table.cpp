@@ -31,7 +31,7 @@ bool IsFaultableSlot(ULONG slot) {
 
 } // namespace
 
-HRESULT SetFault(ULONG slot, LONG mode) {
+HRESULT SetSlotFault(ULONG slot, LONG mode) {
     if (!IsFaultableSlot(slot) || mode < kFaultNone || mode > kFaultNotOk) {
         return E_INVALIDARG;
     }
@@ -39,7 +39,7 @@ HRESULT SetFault(ULONG slot, LONG mode) {
     return S_OK;
 }
 
-std::optional<HRESULT> InjectedFault(CalibrationSlot slot, BOOL* ok) {
+std::optional<HRESULT> InjectedFault(OsCalibrationSlot slot, BOOL* ok) {
     switch (gFaults[slot].load()) {
     case kFaultFail:
         return E_FAIL;

@@ -6,20 +6,9 @@
 
 #include <optional>
 
-namespace camsim {
+#include <server_slots.h>
 
-// Vtable slots of IOsCalibration that can be made to fail.
-enum CalibrationSlot : ULONG {
-    kSlotSetAux = 8,
-    kSlotComputeLut = 9,
-    kSlotSetObjectParams = 10,
-    kSlotTempToCounts = 13,
-    kSlotIsReady = 14,
-    kSlotLoadFactoryKind2 = 15,
-    kSlotSetIntegrationTime = 16,
-    kSlotLoadFactory = 17,
-    kSlotIntegrationTimeAt = 18,
-};
+namespace camsim {
 
 enum FaultMode : LONG {
     kFaultNone = 0,
@@ -27,11 +16,12 @@ enum FaultMode : LONG {
     kFaultNotOk = 2, // the call returns S_OK with its success flag 0
 };
 
-// Sets the fault of one slot for the whole process; E_INVALIDARG for other slots or modes.
-HRESULT SetFault(ULONG slot, LONG mode);
+// Sets the fault of one calibration slot for the whole process; E_INVALIDARG for other slots or
+// modes.
+HRESULT SetSlotFault(ULONG slot, LONG mode);
 
 // The result a call of `slot` must return instead of doing its work, if a fault is set.
 // `ok` is the call's success flag, or null for a slot without one (which then fails).
-std::optional<HRESULT> InjectedFault(CalibrationSlot slot, BOOL* ok);
+std::optional<HRESULT> InjectedFault(OsCalibrationSlot slot, BOOL* ok);
 
 } // namespace camsim

@@ -1,23 +1,10 @@
 #include "host_object.h"
 
-#include "event_broadcast.h"
 #include "version_setting.h"
 
 namespace camsim {
 
 HostObject::HostObject() : version_(ReadConfiguredServerVersion()) {}
-
-HRESULT HostObject::SimPostEvent(ULONGLONG value) {
-    return PostEventToListeners(value);
-}
-
-HRESULT HostObject::SimProcessId(ULONG* pid) {
-    if (pid == nullptr) {
-        return E_POINTER;
-    }
-    *pid = GetCurrentProcessId();
-    return S_OK;
-}
 
 HRESULT HostObject::GetServerVersion(ULONG* major, ULONG* minor, ULONG* build) {
     if (major == nullptr || minor == nullptr || build == nullptr) {

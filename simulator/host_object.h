@@ -1,4 +1,4 @@
-// The server's main object: reports the configured version and carries the event control.
+// The server's main object: reports the configured version.
 #pragma once
 
 #include <ostrel_server.h>
@@ -12,9 +12,6 @@ class HostObject final : public ServerObject<HostObject, IOstrelHost> {
 public:
     // Reads the configured version once, so a setting changed later affects new objects only.
     HostObject();
-
-    HRESULT STDMETHODCALLTYPE SimPostEvent(ULONGLONG value) override;
-    HRESULT STDMETHODCALLTYPE SimProcessId(ULONG* pid) override;
 
 // The makers' methods this simulator does not provide.
 #define CAMSIM_RESERVED_SLOT(number)                                                               \

@@ -8,7 +8,7 @@
 #include "class_factory.h"
 #include "host_object.h"
 #include "server_lifetime.h"
-#include "unique_resources.h"
+#include <unique_resource.h>
 
 namespace camsim {
 
@@ -78,7 +78,7 @@ private:
 void KillThreadTimer(UINT_PTR timer) {
     KillTimer(nullptr, timer);
 }
-using UniqueThreadTimer = UniqueResource<UINT_PTR, &KillThreadTimer>;
+using UniqueThreadTimer = owners::UniqueResource<owners::NullEmpty<UINT_PTR, &KillThreadTimer>>;
 
 } // namespace
 
@@ -105,8 +105,8 @@ int RunLocalServer(Lifetime lifetime) {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (message.message == WM_TIMER && message.hwnd == nullptr &&
-            message.wParam == idleTimer.Get()) {
-            idleTimer.Reset();
+            message.wParam == idleTimer.get()) {
+            idleTimer.reset();
             if (!ServerWasUsed()) {
                 ServedClasses::Stop();
             }

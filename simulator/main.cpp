@@ -5,6 +5,8 @@
 
 #include <shellapi.h>
 
+#include <unique_resource.h>
+
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -12,7 +14,6 @@
 #include "local_server.h"
 #include "registration.h"
 #include "scene_command.h"
-#include "unique_resources.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ namespace {
 // the standard error the caller gave us, else to the console of the shell that ran us.
 void PrintLine(std::string_view text) {
     HANDLE output = GetStdHandle(STD_ERROR_HANDLE);
-    camsim::UniqueHandle console;
+    owners::UniqueHandle console;
     if (output == nullptr || output == INVALID_HANDLE_VALUE) {
         if (!AttachConsole(ATTACH_PARENT_PROCESS)) {
             return;
@@ -30,7 +31,7 @@ void PrintLine(std::string_view text) {
         if (output == INVALID_HANDLE_VALUE) {
             return;
         }
-        console.Reset(output);
+        console.reset(output);
     }
     const std::string line = std::string(text) + "\r\n";
     DWORD written = 0;
@@ -62,15 +63,15 @@ bool IsSwitch(const wchar_t* argument, std::wstring_view name) {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     int count = 0;
-    const camsim::UniqueArgv arguments(CommandLineToArgvW(GetCommandLineW(), &count));
-    if (arguments && count >= 2 && IsSwitch(arguments.Get()[1], L"Scene")) {
+    const owners::UniqueLocal<LPWSTR*> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (arguments && count >= 2 && IsSwitch(arguments.get()[1], L"Scene")) {
         const camsim::CommandOutcome outcome =
-            camsim::RunSceneCommand({arguments.Get() + 2, static_cast<std::size_t>(count - 2)});
+            camsim::RunSceneCommand({arguments.get() + 2, static_cast<std::size_t>(count - 2)});
         PrintLine(outcome.message);
         return outcome.exitCode;
     }
     if (arguments && count == 2) {
-        const wchar_t* argument = arguments.Get()[1];
+        const wchar_t* argument = arguments.get()[1];
         if (IsSwitch(argument, L"RegServer")) {
             return ReportRegistration("/RegServer", camsim::RegisterServer());
         }

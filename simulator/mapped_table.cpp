@@ -7,18 +7,18 @@ std::optional<MappedTable> MappedTable::Open(const wchar_t* name, std::size_t by
     if (name == nullptr || *name == L'\0') {
         return std::nullopt;
     }
-    UniqueHandle mapping(OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, name));
+    owners::UniqueHandle mapping(OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, name));
     if (!mapping) {
         return std::nullopt;
     }
-    UniqueMappedView view(MapViewOfFile(mapping.Get(), viewAccess, 0, 0, 0));
+    owners::UniqueView<void> view(MapViewOfFile(mapping.get(), viewAccess, 0, 0, 0));
     if (!view) {
         return std::nullopt;
     }
     // A whole-mapping view spans the mapping's size rounded up to pages, so a region shorter
     // than `bytes` means the client's mapping is too small.
     MEMORY_BASIC_INFORMATION region{};
-    if (VirtualQuery(view.Get(), &region, sizeof(region)) == 0 || region.RegionSize < bytes) {
+    if (VirtualQuery(view.get(), &region, sizeof(region)) == 0 || region.RegionSize < bytes) {
         return std::nullopt;
     }
     return MappedTable(std::move(mapping), std::move(view));

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "unique_resources.h"
+#include <unique_resource.h>
 
 namespace camsim {
 
@@ -17,14 +17,14 @@ public:
     static std::optional<MappedTable> Open(const wchar_t* name, std::size_t bytes,
                                            DWORD viewAccess);
 
-    void* Data() const { return view_.Get(); }
+    void* Data() const { return view_.get(); }
 
 private:
-    MappedTable(UniqueHandle mapping, UniqueMappedView view)
+    MappedTable(owners::UniqueHandle mapping, owners::UniqueView<void> view)
         : mapping_(std::move(mapping)), view_(std::move(view)) {}
 
-    UniqueHandle mapping_;
-    UniqueMappedView view_;
+    owners::UniqueHandle mapping_;
+    owners::UniqueView<void> view_;
 };
 
 } // namespace camsim

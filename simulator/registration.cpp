@@ -2,12 +2,15 @@
 
 #include <oleauto.h>
 
+#include <camsim_control.h>
 #include <ostrel_server.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
-#include "unique_resources.h"
+#include <unique_resource.h>
+#include <wrl/client.h>
 
 #if defined(__MINGW32__)
 // MinGW-w64's oleauto.h lacks the per-user type-library calls that its import library has.
@@ -37,13 +40,18 @@ const ClassEntry kClasses[] = {
     {CLSID_OsCalibration, L"Camera server calibration object (simulator)"},
 };
 
+// The executable's TYPELIB resources: the server's interfaces, and the simulator's controls.
+enum TypeLibResource { kServerTypeLib, kControlTypeLib, kTypeLibCount };
+
 struct InterfaceEntry {
     const IID& iid;
     const wchar_t* name;
+    TypeLibResource typeLib;
 };
 const InterfaceEntry kInterfaces[] = {
-    {IID_IOstrelHost, L"IOstrelHost"},
-    {IID_IOsCalibration, L"IOsCalibration"},
+    {IID_IOstrelHost, L"IOstrelHost", kServerTypeLib},
+    {IID_IOsCalibration, L"IOsCalibration", kServerTypeLib},
+    {IID_ICamSimControl, L"ICamSimControl", kControlTypeLib},
 };
 
 // A place where class registrations live: a root key and the path of the store below it.
@@ -85,19 +93,19 @@ std::wstring ExecutablePath() {
 // HKEY_CLASSES_ROOT itself, so registration writes there too. A volatile key tells which.
 bool ClassesRootShowsUserClasses() {
     // The store itself must exist first: a volatile key would make missing parents volatile.
-    UniqueKey userClasses;
-    UniqueKey probe;
+    owners::UniqueKey userClasses;
+    owners::UniqueKey probe;
     if (RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr,
-                        REG_OPTION_NON_VOLATILE, KEY_CREATE_SUB_KEY, nullptr, userClasses.Put(),
+                        REG_OPTION_NON_VOLATILE, KEY_CREATE_SUB_KEY, nullptr, userClasses.put(),
                         nullptr) != ERROR_SUCCESS ||
-        RegCreateKeyExW(userClasses.Get(), kProbeKey, 0, nullptr, REG_OPTION_VOLATILE, KEY_READ,
-                        nullptr, probe.Put(), nullptr) != ERROR_SUCCESS) {
+        RegCreateKeyExW(userClasses.get(), kProbeKey, 0, nullptr, REG_OPTION_VOLATILE, KEY_READ,
+                        nullptr, probe.put(), nullptr) != ERROR_SUCCESS) {
         return true;
     }
-    UniqueKey seen;
+    owners::UniqueKey seen;
     const bool visible =
-        RegOpenKeyExW(HKEY_CLASSES_ROOT, kProbeKey, 0, KEY_READ, seen.Put()) == ERROR_SUCCESS;
-    RegDeleteKeyW(userClasses.Get(), kProbeKey);
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, kProbeKey, 0, KEY_READ, seen.put()) == ERROR_SUCCESS;
+    RegDeleteKeyW(userClasses.get(), kProbeKey);
     return visible;
 }
 
@@ -120,16 +128,26 @@ std::vector<std::wstring> OwnedKeys() {
     return keys;
 }
 
-std::vector<Value> RegistrationValues(const std::wstring& executable, const TLIBATTR& library) {
+// The type libraries embedded in this executable, with their identities.
+struct EmbeddedTypeLib {
+    std::wstring path; // the executable's path, then the resource's number
+    Microsoft::WRL::ComPtr<ITypeLib> library;
+    TLIBATTR attributes{};
+};
+using EmbeddedTypeLibs = std::array<EmbeddedTypeLib, kTypeLibCount>;
+
+std::vector<Value> RegistrationValues(const std::wstring& executable,
+                                      const EmbeddedTypeLibs& typeLibs) {
     std::vector<Value> values;
     for (const auto& entry : kClasses) {
         const std::wstring key = L"CLSID\\" + GuidText(entry.clsid);
         values.push_back({key, nullptr, entry.description});
         values.push_back({key + L"\\LocalServer32", nullptr, executable});
     }
-    const std::wstring version =
-        std::to_wstring(library.wMajorVerNum) + L"." + std::to_wstring(library.wMinorVerNum);
     for (const auto& entry : kInterfaces) {
+        const TLIBATTR& library = typeLibs[entry.typeLib].attributes;
+        const std::wstring version =
+            std::to_wstring(library.wMajorVerNum) + L"." + std::to_wstring(library.wMinorVerNum);
         const std::wstring key = L"Interface\\" + GuidText(entry.iid);
         values.push_back({key, nullptr, entry.name});
         values.push_back({key + L"\\ProxyStubClsid32", nullptr, kTypeLibMarshaler});
@@ -140,13 +158,13 @@ std::vector<Value> RegistrationValues(const std::wstring& executable, const TLIB
 }
 
 HRESULT WriteValue(const ClassStore& store, const Value& value) {
-    UniqueKey key;
+    owners::UniqueKey key;
     LSTATUS status =
         RegCreateKeyExW(store.root, (store.prefix + value.key).c_str(), 0, nullptr,
-                        REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, key.Put(), nullptr);
+                        REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, key.put(), nullptr);
     if (status == ERROR_SUCCESS) {
         const auto bytes = static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t));
-        status = RegSetValueExW(key.Get(), value.name, 0, REG_SZ,
+        status = RegSetValueExW(key.get(), value.name, 0, REG_SZ,
                                 reinterpret_cast<const BYTE*>(value.data.c_str()), bytes);
     }
     return HRESULT_FROM_WIN32(status);
@@ -157,24 +175,23 @@ HRESULT DeleteKeyTree(const ClassStore& store, const std::wstring& key) {
     return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(status);
 }
 
-// The type library embedded in this executable, with its identity.
-struct EmbeddedTypeLib {
-    ComRef<ITypeLib> library;
-    TLIBATTR attributes{};
-};
-
-HRESULT LoadEmbeddedTypeLib(const std::wstring& executable, EmbeddedTypeLib& loaded) {
-    HRESULT hr = LoadTypeLibEx(executable.c_str(), REGKIND_NONE, loaded.library.Put());
-    if (FAILED(hr)) {
-        return hr;
+HRESULT LoadEmbeddedTypeLibs(const std::wstring& executable, EmbeddedTypeLibs& loaded) {
+    for (int index = 0; index < kTypeLibCount; ++index) {
+        EmbeddedTypeLib& typeLib = loaded[index];
+        // Resources count from 1.
+        typeLib.path = executable + L"\\" + std::to_wstring(index + 1);
+        HRESULT hr = LoadTypeLibEx(typeLib.path.c_str(), REGKIND_NONE, &typeLib.library);
+        if (FAILED(hr)) {
+            return hr;
+        }
+        TLIBATTR* attributes = nullptr;
+        hr = typeLib.library->GetLibAttr(&attributes);
+        if (FAILED(hr)) {
+            return hr;
+        }
+        typeLib.attributes = *attributes;
+        typeLib.library->ReleaseTLibAttr(attributes);
     }
-    TLIBATTR* attributes = nullptr;
-    hr = loaded.library->GetLibAttr(&attributes);
-    if (FAILED(hr)) {
-        return hr;
-    }
-    loaded.attributes = *attributes;
-    loaded.library->ReleaseTLibAttr(attributes);
     return S_OK;
 }
 
@@ -185,16 +202,18 @@ RegistrationResult RegisterServer() {
     if (executable.empty()) {
         return {HRESULT_FROM_WIN32(GetLastError()), "finding camsim.exe's path"};
     }
-    EmbeddedTypeLib typeLib;
-    if (const HRESULT hr = LoadEmbeddedTypeLib(executable, typeLib); FAILED(hr)) {
-        return {hr, "loading the embedded type library"};
+    EmbeddedTypeLibs typeLibs;
+    if (const HRESULT hr = LoadEmbeddedTypeLibs(executable, typeLibs); FAILED(hr)) {
+        return {hr, "loading the embedded type libraries"};
     }
-    if (const HRESULT hr = RegisterTypeLibForUser(
-            typeLib.library.Get(), const_cast<wchar_t*>(executable.c_str()), nullptr);
-        FAILED(hr)) {
-        return {hr, "registering the type library"};
+    for (EmbeddedTypeLib& typeLib : typeLibs) {
+        if (const HRESULT hr =
+                RegisterTypeLibForUser(typeLib.library.Get(), typeLib.path.data(), nullptr);
+            FAILED(hr)) {
+            return {hr, "registering the type libraries"};
+        }
     }
-    const auto values = RegistrationValues(executable, typeLib.attributes);
+    const auto values = RegistrationValues(executable, typeLibs);
     for (const auto& store : TargetStores()) {
         for (const auto& value : values) {
             if (const HRESULT hr = WriteValue(store, value); FAILED(hr)) {
@@ -210,20 +229,23 @@ RegistrationResult UnregisterServer() {
     if (executable.empty()) {
         return {HRESULT_FROM_WIN32(GetLastError()), "finding camsim.exe's path"};
     }
-    EmbeddedTypeLib typeLib;
-    if (const HRESULT hr = LoadEmbeddedTypeLib(executable, typeLib); FAILED(hr)) {
-        return {hr, "loading the embedded type library"};
+    EmbeddedTypeLibs typeLibs;
+    if (const HRESULT hr = LoadEmbeddedTypeLibs(executable, typeLibs); FAILED(hr)) {
+        return {hr, "loading the embedded type libraries"};
     }
-    const TLIBATTR& library = typeLib.attributes;
-    // Asked first because the error for "not registered" differs between Windows and Wine.
-    UniqueBstr registeredPath;
-    if (SUCCEEDED(QueryPathOfRegTypeLib(library.guid, library.wMajorVerNum, library.wMinorVerNum,
-                                        library.lcid, registeredPath.Put()))) {
+    for (const EmbeddedTypeLib& typeLib : typeLibs) {
+        const TLIBATTR& library = typeLib.attributes;
+        // Asked first because the error for "not registered" differs between Windows and Wine.
+        owners::UniqueBstr registeredPath;
+        if (FAILED(QueryPathOfRegTypeLib(library.guid, library.wMajorVerNum, library.wMinorVerNum,
+                                         library.lcid, registeredPath.put()))) {
+            continue;
+        }
         if (const HRESULT hr =
                 UnRegisterTypeLibForUser(library.guid, library.wMajorVerNum, library.wMinorVerNum,
                                          library.lcid, library.syskind);
             FAILED(hr)) {
-            return {hr, "unregistering the type library"};
+            return {hr, "unregistering the type libraries"};
         }
     }
     for (const auto& store : TargetStores()) {

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cwchar>
 #include <filesystem>
 #include <numeric>
 #include <optional>
 #include <string_view>
 
 #include "display_name.h"
+#include "frame_files.h"
 #include "image_writers.h"
 #include "output_file.h"
 #include "record_files.h"
@@ -30,22 +30,14 @@ struct SceneRequest {
     std::uint32_t height = kDefaultHeight;
 };
 
-std::optional<std::uint32_t> ParseSide(const wchar_t* text) {
-    wchar_t* end = nullptr;
-    const unsigned long value = std::wcstoul(text, &end, 10);
-    if (end == text || *end != L'\0' || value == 0 || value > 65535) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(value);
-}
-
 std::optional<SceneRequest> ParseRequest(std::span<const wchar_t* const> arguments) {
     SceneRequest request;
     std::vector<std::filesystem::path> files;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::wstring_view argument = arguments[i];
         if (argument == L"--width" || argument == L"--height") {
-            const auto side = i + 1 < arguments.size() ? ParseSide(arguments[++i]) : std::nullopt;
+            const auto side =
+                i + 1 < arguments.size() ? formats::ParseSide(arguments[++i]) : std::nullopt;
             if (!side) {
                 return std::nullopt;
             }
@@ -85,12 +77,12 @@ CommandOutcome RunSceneCommand(std::span<const wchar_t* const> arguments) {
     if (!request) {
         return {2, kUsage};
     }
-    const std::filesystem::path samples = records::SamplesFolder();
+    const std::filesystem::path samples = formats::SamplesFolder();
     vz::reduce::CQuilloFactoryCalReduceObject record;
     vz::reduce::CObjectParametersReduceObject params;
     std::string error;
-    if (!records::ReadFactoryCal(samples / "factory_cal.txt", record, error) ||
-        !records::ReadObjectParams(samples / "object_params.txt", params, error)) {
+    if (!formats::ReadFactoryCal(samples / "factory_cal.txt", record, error) ||
+        !formats::ReadObjectParams(samples / "object_params.txt", params, error)) {
         return Failure(error);
     }
     const auto model = ModelFromRecords(record, params);
@@ -104,12 +96,12 @@ CommandOutcome RunSceneCommand(std::span<const wchar_t* const> arguments) {
         return Failure("the scene lies outside the sample calibration's counts");
     }
 
-    convert::OutputFile frame, truth;
+    formats::OutputFile frame, truth;
     if (!frame.Open(request->frame, error) || !truth.Open(request->truth, error)) {
         return Failure(error);
     }
-    convert::WritePgm(frame.Stream(), request->width, request->height, *counts);
-    convert::WritePfm(truth.Stream(), request->width, request->height, celsius);
+    formats::WritePgm(frame.Stream(), request->width, request->height, *counts);
+    formats::WritePfm(truth.Stream(), request->width, request->height, celsius);
     if (!frame.Commit(error) || !truth.Commit(error)) {
         return Failure(error);
     }

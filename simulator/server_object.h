@@ -1,5 +1,6 @@
-// IUnknown for the server's objects: one interface besides IUnknown, a thread-safe count, and
-// a server reference that keeps the process running while the object lives.
+// IUnknown for the server's objects: their server interface and the simulator's controls, a
+// thread-safe count, and a server reference that keeps the process running while the object
+// lives.
 #pragma once
 
 #include <unknwn.h>
@@ -7,10 +8,12 @@
 #include <atomic>
 
 #include "server_lifetime.h"
+#include "simulator_control.h"
 
 namespace camsim {
 
-template <typename Derived, typename Interface> class ServerObject : public Interface {
+template <typename Derived, typename Interface>
+class ServerObject : public Interface, public SimulatorControl {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) final {
         if (object == nullptr) {
@@ -18,11 +21,14 @@ public:
         }
         if (iid == IID_IUnknown || iid == __uuidof(Interface)) {
             *object = static_cast<Interface*>(this);
-            AddRef();
-            return S_OK;
+        } else if (iid == IID_ICamSimControl) {
+            *object = static_cast<ICamSimControl*>(this);
+        } else {
+            *object = nullptr;
+            return E_NOINTERFACE;
         }
-        *object = nullptr;
-        return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
     }
     ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() final {

@@ -1,5 +1,7 @@
-// The 10 x 10 kernel tables, built at compile time: cell [a][b] is the kernel of its family for
-// input element type a and output element type b. Buffer pointers are typed only inside a cell.
+// The kernel of every family and its 10 x 10 table, built at compile time: cell [a][b] of a
+// family's table is its kernel for input element type a and output element type b. A family
+// (uniform_kernel.h, per_pixel_kernel.h, keyed_kernel.h) says which presets it refreshes and in
+// which preset's LUT each pixel is looked up; buffer pointers are typed only inside a cell.
 #pragma once
 
 #include <array>
@@ -7,53 +9,37 @@
 #include <utility>
 
 #include "element_types.h"
-#include "keyed_kernel.h"
-#include "per_pixel_kernel.h"
-#include "uniform_kernel.h"
+#include "pixel_loops.h"
 
 namespace vz::typed {
 
-template <LutEngine E> struct UniformFamily {
-    using Kernel = bool (*)(E&, unsigned char, const void*, void*, ApiUInt32, unsigned char*,
-                            ETempType);
-    template <class In, class Out>
-    static bool Run(E& engine, unsigned char preset, const void* in, void* out, ApiUInt32 n,
-                    unsigned char* status, ETempType type) {
-        return CountsToTemp<In, Out>(engine, preset, static_cast<const In*>(in),
-                                     static_cast<Out*>(out), n, status, type);
+// Refreshes the family's LUTs first; when that fails nothing is written, even for n = 0.
+template <class In, class Out, class Family>
+bool CountsToTemp(const Family& family, const In* in, Out* out, ApiUInt32 n, unsigned char* status,
+                  ETempType type) {
+    if (!family.Refresh()) {
+        return false;
     }
-};
-
-template <LutEngine E> struct PerPixelFamily {
-    using Kernel = bool (*)(E&, const void*, const unsigned char*, void*, ApiUInt32, unsigned char*,
-                            ETempType);
-    template <class In, class Out>
-    static bool Run(E& engine, const void* in, const unsigned char* presetMap, void* out,
-                    ApiUInt32 n, unsigned char* status, ETempType type) {
-        return CountsToTemp<In, Out>(engine, static_cast<const In*>(in), presetMap,
-                                     static_cast<Out*>(out), n, status, type);
-    }
-};
-
-template <LutEngine E> struct KeyedFamily {
-    using Kernel = bool (*)(E&, const void*, const ApiUInt32*, const unsigned char*, void*,
-                            ApiUInt32, unsigned char*, ETempType);
-    template <class In, class Out>
-    static bool Run(E& engine, const void* in, const ApiUInt32* pixelKeys,
-                    const unsigned char* keyToPreset, void* out, ApiUInt32 n, unsigned char* status,
-                    ETempType type) {
-        return CountsToTemp<In, Out>(engine, static_cast<const In*>(in), pixelKeys, keyToPreset,
-                                     static_cast<Out*>(out), n, status, type);
-    }
-};
+    LookUpPixels(in, out, n, status, family.Luts(), family.engine.LutTempType(), type);
+    return true;
+}
 
 template <class Family>
-using KernelTable = std::array<std::array<typename Family::Kernel, kDataTypeCount>, kDataTypeCount>;
+using Kernel = bool (*)(const Family&, const void*, void*, ApiUInt32, unsigned char*, ETempType);
+
+template <class Family, class In, class Out>
+bool RunKernel(const Family& family, const void* in, void* out, ApiUInt32 n, unsigned char* status,
+               ETempType type) {
+    return CountsToTemp<In, Out>(family, static_cast<const In*>(in), static_cast<Out*>(out), n,
+                                 status, type);
+}
+
+template <class Family>
+using KernelTable = std::array<std::array<Kernel<Family>, kDataTypeCount>, kDataTypeCount>;
 
 template <class Family, class In, std::size_t... OutCodes>
-constexpr std::array<typename Family::Kernel, kDataTypeCount>
-KernelRow(std::index_sequence<OutCodes...>) {
-    return {&Family::template Run<In, ElementType<OutCodes>>...};
+constexpr std::array<Kernel<Family>, kDataTypeCount> KernelRow(std::index_sequence<OutCodes...>) {
+    return {&RunKernel<Family, In, ElementType<OutCodes>>...};
 }
 
 template <class Family, std::size_t... InCodes>

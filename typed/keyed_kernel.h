@@ -1,4 +1,4 @@
-// Keyed-preset kernels: pixel k is looked up in the LUT of preset keyToPreset[pixelKeys[k]].
+// Keyed-preset family: pixel k is looked up in the LUT of preset keyToPreset[pixelKeys[k]].
 #pragma once
 
 #include "lut_engine.h"
@@ -17,18 +17,14 @@ template <LutEngine E> struct KeyedLuts {
     }
 };
 
-// Refreshes the active presets (not those the keys reach) first; when that fails nothing is
-// written, even for n = 0.
-template <class In, class Out, LutEngine E>
-bool CountsToTemp(E& engine, const In* in, const ApiUInt32* pixelKeys,
-                  const unsigned char* keyToPreset, Out* out, ApiUInt32 n, unsigned char* status,
-                  ETempType type) {
-    if (!RefreshActiveLUTs(engine)) {
-        return false;
-    }
-    const KeyedLuts<E> luts{engine, pixelKeys, keyToPreset};
-    LookUpPixels(in, out, n, status, luts, engine.LutTempType(), type);
-    return true;
-}
+template <LutEngine E> struct KeyedPresets {
+    E& engine;
+    const ApiUInt32* pixelKeys;
+    const unsigned char* keyToPreset;
+
+    // The active presets are brought up to date, not those the keys reach.
+    bool Refresh() const { return RefreshActiveLUTs(engine); }
+    KeyedLuts<E> Luts() const { return {engine, pixelKeys, keyToPreset}; }
+};
 
 } // namespace vz::typed

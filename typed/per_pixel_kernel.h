@@ -1,4 +1,4 @@
-// Per-pixel-preset kernels: pixel k is looked up in the LUT of preset presetMap[k].
+// Per-pixel-preset family: pixel k is looked up in the LUT of preset presetMap[k].
 #pragma once
 
 #include "lut_engine.h"
@@ -17,17 +17,13 @@ template <LutEngine E> struct PresetMapLuts {
     }
 };
 
-// Refreshes the active presets (not those the map names) first; when that fails nothing is
-// written, even for n = 0.
-template <class In, class Out, LutEngine E>
-bool CountsToTemp(E& engine, const In* in, const unsigned char* presetMap, Out* out, ApiUInt32 n,
-                  unsigned char* status, ETempType type) {
-    if (!RefreshActiveLUTs(engine)) {
-        return false;
-    }
-    const PresetMapLuts<E> luts{engine, presetMap};
-    LookUpPixels(in, out, n, status, luts, engine.LutTempType(), type);
-    return true;
-}
+template <LutEngine E> struct PresetMap {
+    E& engine;
+    const unsigned char* presetMap;
+
+    // The active presets are brought up to date, not those the map names.
+    bool Refresh() const { return RefreshActiveLUTs(engine); }
+    PresetMapLuts<E> Luts() const { return {engine, presetMap}; }
+};
 
 } // namespace vz::typed

@@ -1,4 +1,4 @@
-// Uniform-preset kernels: every pixel is looked up in the LUT of one preset.
+// Uniform-preset family: every pixel is looked up in the LUT of one preset.
 #pragma once
 
 #include "lut_engine.h"
@@ -11,16 +11,13 @@ struct FixedLut {
     LutPair At(std::size_t) const { return lut; }
 };
 
-// Brings the preset's LUT up to date first; when that fails nothing is written, even for n = 0.
-template <class In, class Out, LutEngine E>
-bool CountsToTemp(E& engine, unsigned char preset, const In* in, Out* out, ApiUInt32 n,
-                  unsigned char* status, ETempType type) {
-    if (!engine.UpdateLUT(preset)) {
-        return false;
-    }
-    const FixedLut luts{{engine.LutOutput(preset), engine.LutStatus(preset)}};
-    LookUpPixels(in, out, n, status, luts, engine.LutTempType(), type);
-    return true;
-}
+template <LutEngine E> struct UniformPreset {
+    E& engine;
+    unsigned char preset;
+
+    // The preset's LUT, and only it, is brought up to date.
+    bool Refresh() const { return engine.UpdateLUT(preset); }
+    FixedLut Luts() const { return {{engine.LutOutput(preset), engine.LutStatus(preset)}}; }
+};
 
 } // namespace vz::typed

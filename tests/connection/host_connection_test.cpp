@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <unique_resource.h>
 #include <vz/log.h>
 
 #include "host_connection.h"
@@ -180,8 +181,8 @@ TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
     const bool mainDropsFirst = GetParam();
     auto main = std::make_unique<COstrel>(GetOstrel());
     ASSERT_TRUE(*main);
-    HANDLE called = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    HANDLE release = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    const owners::UniqueHandle called(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    const owners::UniqueHandle release(CreateEventW(nullptr, FALSE, FALSE, nullptr));
     bool answered = false;
     std::thread worker([&] {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
@@ -190,25 +191,23 @@ TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
             ULONG major = 0, minor = 0, build = 0;
             answered =
                 copy && copy->GetServerVersion(&major, &minor, &build) == S_OK && minor == 92;
-            SetEvent(called);
-            WaitForSingleObject(release, INFINITE);
+            SetEvent(called.get());
+            WaitForSingleObject(release.get(), INFINITE);
         }
         CoUninitialize();
     });
-    WaitForSingleObject(called, INFINITE);
+    WaitForSingleObject(called.get(), INFINITE);
     EXPECT_TRUE(answered);
     EXPECT_EQ(2u, gHostRefs.load());
     if (mainDropsFirst) {
         main.reset();
     }
-    SetEvent(release);
+    SetEvent(release.get());
     worker.join();
     main.reset();
     ExpectNoConnectionState();
     unsigned long major = 0, minor = 0, build = 0;
     EXPECT_FALSE(GetOstrelVersion(major, minor, build));
-    CloseHandle(called);
-    CloseHandle(release);
 }
 
 INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(true, false));

@@ -6,15 +6,18 @@ namespace vz::testing {
 
 bool Convert(MemoryEngine& engine, const Routing& routing, STypedData in, STypedData out,
              ApiUInt32 n, unsigned char* status, ETempType type) {
+    using namespace typed;
     switch (routing.family) {
     case Family::Uniform:
-        return typed::DispatchCountsToTemp(engine, routing.preset, in, out, n, status, type);
+        return DispatchCountsToTemp(UniformPreset<MemoryEngine>{engine, routing.preset}, in, out, n,
+                                    status, type);
     case Family::PerPixel:
-        return typed::DispatchCountsToTemp(engine, in, routing.presetMap.data(), out, n, status,
-                                           type);
+        return DispatchCountsToTemp(PresetMap<MemoryEngine>{engine, routing.presetMap.data()}, in,
+                                    out, n, status, type);
     case Family::Keyed:
-        return typed::DispatchCountsToTemp(engine, in, routing.pixelKeys.data(),
-                                           routing.keyToPreset.data(), out, n, status, type);
+        return DispatchCountsToTemp(KeyedPresets<MemoryEngine>{engine, routing.pixelKeys.data(),
+                                                               routing.keyToPreset.data()},
+                                    in, out, n, status, type);
     }
     return false;
 }

@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <unique_resource.h>
+
 #include "record_files.h"
+#include "simulator_control.h"
 
 namespace {
 
@@ -12,21 +15,20 @@ TEST(DeadServer, CallsFailWithoutCrashOrHangAndCurrentTablesStillConvert) {
     vz::reduce::CQuilloFactoryCalReduceObject record;
     vz::reduce::CObjectParametersReduceObject params;
     std::string error;
-    ASSERT_TRUE(records::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error));
-    ASSERT_TRUE(records::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params, error));
+    ASSERT_TRUE(formats::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error));
+    ASSERT_TRUE(formats::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params, error));
     vz::CBroadCal engine;
     ASSERT_TRUE(engine.SetBroadCal(0, &record)) << "is the simulator registered?";
     ASSERT_TRUE(engine.SetObjectParams(&params));
     ASSERT_NE(nullptr, engine.GetLUTOutput(0));
 
-    COstrelCal control = GetOstrelCal();
+    COstrelCal cal = GetOstrelCal();
     ULONG pid = 0;
-    ASSERT_EQ(S_OK, control->SimProcessId(&pid));
-    HANDLE server = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid);
-    ASSERT_NE(nullptr, server);
-    ASSERT_TRUE(TerminateProcess(server, 1));
-    ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server, 10000));
-    CloseHandle(server);
+    ASSERT_EQ(S_OK, simulator::ControlOf(cal)->ProcessId(&pid));
+    const owners::UniqueHandle server(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, pid));
+    ASSERT_TRUE(server);
+    ASSERT_TRUE(TerminateProcess(server.get(), 1));
+    ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server.get(), 10000));
 
     // The current table needs no server.
     float temp = 0;
@@ -49,7 +51,7 @@ TEST(DeadServer, CallsFailWithoutCrashOrHangAndCurrentTablesStillConvert) {
         EXPECT_EQ(7u, maxTime);
     }
     EXPECT_FALSE(GetOstrelCal()) << "no new calibration object can be had";
-    control.Release();
+    cal.Release();
 }
 
 } // namespace

@@ -37,16 +37,17 @@ TEST_F(EngineTest, ANewEngineHoldsDefaultsAndChecksOnlyGetBroadCalsPreset) {
 TEST_F(EngineTest, TheProbeAsksFourNewObjectsOnce) {
     EXPECT_TRUE(engine->isAvailable());
     EXPECT_EQ(4u, server->Objects().size());
-    EXPECT_EQ((std::vector<int>{kIsReady, kIsReady, kIsReady, kIsReady}), SlotsOf(Log().calls));
+    EXPECT_EQ((std::vector<int>{kSlotIsReady, kSlotIsReady, kSlotIsReady, kSlotIsReady}),
+              SlotsOf(Log().calls));
     EXPECT_TRUE(engine->isAvailable());
     EXPECT_EQ(4u, CallCount());
 }
 
 TEST_F(EngineTest, AFailedProbeIsFinalEvenWhenTheServerRecovers) {
-    Fail(kIsReady);
+    Fail(kSlotIsReady);
     EXPECT_FALSE(engine->isAvailable());
     const size_t calls = CallCount();
-    Heal(kIsReady);
+    Heal(kSlotIsReady);
     EXPECT_FALSE(engine->isAvailable());
     auto record = SampleRecord(2);
     EXPECT_FALSE(engine->SetBroadCal(0, &record));
@@ -65,8 +66,9 @@ TEST_P(SetBroadCalKinds, LoadsTheRecordIntoANewObjectInTheServersOrder) {
     ASSERT_EQ(5u, server->Objects().size()) << "the preset needs a new object of its own";
     EXPECT_EQ(0u, server->Objects()[2]->References()) << "the probe's object was not dropped";
     const std::vector<fake::CalCall> calls(Log().calls.begin() + 4, Log().calls.end());
-    const int load = kind == 2 ? kLoadFactoryKind2 : kLoadFactory;
-    ASSERT_EQ((std::vector<int>{kIsReady, load, kSetIntegrationTime, kSetAux}), SlotsOf(calls));
+    const int load = kind == 2 ? kSlotLoadFactoryKind2 : kSlotLoadFactory;
+    ASSERT_EQ((std::vector<int>{kSlotIsReady, load, kSlotSetIntegrationTime, kSlotSetAux}),
+              SlotsOf(calls));
 
     std::vector<double> expected{double(kind), 1.5,   2.5,  3.5,     4.5,    5.5,
                                  6.5,          60000, 1000, 423.15f, 253.15f};
@@ -90,7 +92,7 @@ class SetBroadCalFailures : public EngineTest, public testing::WithParamInterfac
 TEST_P(SetBroadCalFailures, KeepTheFormerRecord) {
     ASSERT_TRUE(engine->isAvailable());
     const int slot = GetParam();
-    if (slot == kIsReady) {
+    if (slot == kSlotIsReady) {
         Fail(slot);
     } else {
         Fail(slot, S_OK, FALSE); // a zero success flag fails like a negative result
@@ -104,7 +106,7 @@ TEST_P(SetBroadCalFailures, KeepTheFormerRecord) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Steps, SetBroadCalFailures,
-                         testing::Values(kIsReady, kLoadFactoryKind2, kSetAux));
+                         testing::Values(kSlotIsReady, kSlotLoadFactoryKind2, kSlotSetAux));
 
 vz::reduce::CObjectParametersReduceObject Params(float emissivity, float reflectedK,
                                                  float atmosphereK, float transmission) {
@@ -119,7 +121,7 @@ vz::reduce::CObjectParametersReduceObject Params(float emissivity, float reflect
 TEST_F(EngineTest, ObjectParamsGoToAllFourPresetsInCelsiusOnlyWhenChanged) {
     auto params = Params(0.95f, 293.15f, 300.5f, 0.8f);
     ASSERT_TRUE(engine->SetObjectParams(&params));
-    const auto sent = Log().CallsTo(kSetObjectParams);
+    const auto sent = Log().CallsTo(kSlotSetObjectParams);
     ASSERT_EQ(4u, sent.size());
     const std::vector<double> expected{0.95f, KelvinToCelsius(293.15f), 0.8f,
                                        KelvinToCelsius(300.5f), 1};
@@ -127,18 +129,19 @@ TEST_F(EngineTest, ObjectParamsGoToAllFourPresetsInCelsiusOnlyWhenChanged) {
         EXPECT_EQ(expected, call.numbers);
     }
     // Presets in order: each call went to the next probe object.
-    EXPECT_EQ((std::vector<int>{kIsReady, kIsReady, kIsReady, kIsReady, kSetObjectParams,
-                                kSetObjectParams, kSetObjectParams, kSetObjectParams}),
+    EXPECT_EQ((std::vector<int>{kSlotIsReady, kSlotIsReady, kSlotIsReady, kSlotIsReady,
+                                kSlotSetObjectParams, kSlotSetObjectParams, kSlotSetObjectParams,
+                                kSlotSetObjectParams}),
               SlotsOf(Log().calls));
 
     // Equal parameters, or ones differing only in words the server doesn't read, are not sent.
     ASSERT_TRUE(engine->SetObjectParams(&params));
-    EXPECT_EQ(4u, Log().CallsTo(kSetObjectParams).size());
+    EXPECT_EQ(4u, Log().CallsTo(kSlotSetObjectParams).size());
 
     auto distance = params;
     distance.distance = 12.0f;
     ASSERT_TRUE(engine->SetObjectParams(&distance));
-    EXPECT_EQ(4u, Log().CallsTo(kSetObjectParams).size());
+    EXPECT_EQ(4u, Log().CallsTo(kSlotSetObjectParams).size());
     vz::reduce::CObjectParametersReduceObject stored;
     engine->GetObjectParams(&stored);
     EXPECT_EQ(12.0f, stored.distance) << "the record is stored even when nothing is sent";
@@ -147,14 +150,14 @@ TEST_F(EngineTest, ObjectParamsGoToAllFourPresetsInCelsiusOnlyWhenChanged) {
     auto record = SampleRecord(2);
     ASSERT_TRUE(engine->SetBroadCal(0, &record));
     ASSERT_TRUE(engine->SetObjectParams(&params));
-    EXPECT_EQ(8u, Log().CallsTo(kSetObjectParams).size());
+    EXPECT_EQ(8u, Log().CallsTo(kSlotSetObjectParams).size());
 }
 
 TEST_F(EngineTest, ZeroFactorsAreSentAsOne) {
     auto params = Params(0.0f, 293.15f, 293.15f, 0.0f);
     ASSERT_TRUE(engine->SetObjectParams(&params));
     const fake::CalCall last = Log().calls.back();
-    ASSERT_EQ(kSetObjectParams, last.slot);
+    ASSERT_EQ(kSlotSetObjectParams, last.slot);
     EXPECT_EQ(1.0, last.numbers[0]);
     EXPECT_EQ(1.0, last.numbers[2]);
 }
@@ -162,16 +165,16 @@ TEST_F(EngineTest, ZeroFactorsAreSentAsOne) {
 TEST_F(EngineTest, AFailedObjectParamsCallIsRetriedInFull) {
     auto params = Params(0.9f, 290.0f, 295.0f, 1.0f);
     ASSERT_TRUE(engine->isAvailable());
-    Fail(kSetObjectParams, S_OK, FALSE);
+    Fail(kSlotSetObjectParams, S_OK, FALSE);
     EXPECT_FALSE(engine->SetObjectParams(&params));
-    EXPECT_EQ(1u, Log().CallsTo(kSetObjectParams).size()) << "must stop at the first failure";
+    EXPECT_EQ(1u, Log().CallsTo(kSlotSetObjectParams).size()) << "must stop at the first failure";
     vz::reduce::CObjectParametersReduceObject stored;
     engine->GetObjectParams(&stored);
     EXPECT_EQ(0.0f, stored.objTempA) << "a failed call must not store the record";
 
-    Heal(kSetObjectParams);
+    Heal(kSlotSetObjectParams);
     EXPECT_TRUE(engine->SetObjectParams(&params));
-    EXPECT_EQ(5u, Log().CallsTo(kSetObjectParams).size());
+    EXPECT_EQ(5u, Log().CallsTo(kSlotSetObjectParams).size());
 }
 
 } // namespace

@@ -1,17 +1,19 @@
 #include "engine_fixture.h"
 
+#include <unique_resource.h>
+
 namespace engine_test {
 
 void WriteTable(const std::wstring& mappingName, const std::function<float(int)>& value) {
-    HANDLE mapping = OpenFileMappingW(FILE_MAP_WRITE, FALSE, mappingName.c_str());
-    ASSERT_NE(nullptr, mapping) << "no mapping named the engine's temperature buffer";
-    auto* table = static_cast<float*>(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0));
-    ASSERT_NE(nullptr, table);
+    const owners::UniqueHandle mapping(
+        OpenFileMappingW(FILE_MAP_WRITE, FALSE, mappingName.c_str()));
+    ASSERT_TRUE(mapping) << "no mapping named the engine's temperature buffer";
+    const owners::UniqueView<float> table(
+        static_cast<float*>(MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, 0)));
+    ASSERT_TRUE(table);
     for (int i = 0; i < 65536; ++i) {
-        table[i] = value(i);
+        table.get()[i] = value(i);
     }
-    UnmapViewOfFile(table);
-    CloseHandle(mapping);
 }
 
 vz::reduce::CQuilloFactoryCalReduceObject SampleRecord(unsigned kind) {

@@ -12,19 +12,6 @@
 
 namespace engine_test {
 
-// Slots of the calibration interface as the engine calls them.
-enum Slot : int {
-    kSetAux = 8,
-    kComputeLut = 9,
-    kSetObjectParams = 10,
-    kTempToCounts = 13,
-    kIsReady = 14,
-    kLoadFactoryKind2 = 15,
-    kSetIntegrationTime = 16,
-    kLoadFactory = 17,
-    kIntegrationTimeAt = 18,
-};
-
 // Writes value(i) into entry i of the named float mapping, as the server does.
 void WriteTable(const std::wstring& mappingName, const std::function<float(int)>& value);
 

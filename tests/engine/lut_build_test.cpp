@@ -2,6 +2,8 @@
 #include <cmath>
 #include <cstring>
 
+#include <unique_resource.h>
+
 #include "engine_fixture.h"
 
 namespace engine_test {
@@ -30,18 +32,18 @@ protected:
 TEST_F(LutBuild, TheServerFillsTheEnginesOwnNamedBuffers) {
     std::vector<unsigned short> countsSeen;
     Log().computeLut = [&](const std::wstring& counts, const std::wstring& temps) {
-        HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, counts.c_str());
-        ASSERT_NE(nullptr, mapping);
-        auto* view = static_cast<unsigned short*>(MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0));
-        countsSeen.assign(view, view + 65536);
-        UnmapViewOfFile(view);
-        CloseHandle(mapping);
+        const owners::UniqueHandle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, counts.c_str()));
+        ASSERT_TRUE(mapping);
+        const owners::UniqueView<unsigned short> view(
+            static_cast<unsigned short*>(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0)));
+        ASSERT_TRUE(view);
+        countsSeen.assign(view.get(), view.get() + 65536);
         WriteTable(temps, Rising);
     };
     ASSERT_TRUE(engine->UpdateLUT(0));
     ASSERT_TRUE(engine->UpdateLUT(3));
 
-    const auto calls = Log().CallsTo(kComputeLut);
+    const auto calls = Log().CallsTo(kSlotComputeLut);
     ASSERT_EQ(2u, calls.size());
     EXPECT_EQ((std::vector<double>{65536, 1, 65535}), calls[0].numbers);
     EXPECT_EQ(kCountsBase, calls[0].names[0]);
@@ -57,16 +59,16 @@ TEST_F(LutBuild, TheServerFillsTheEnginesOwnNamedBuffers) {
 }
 
 TEST_F(LutBuild, AFailedRebuildIsRetriedOnTheNextUse) {
-    Fail(kComputeLut, S_OK, FALSE);
+    Fail(kSlotComputeLut, S_OK, FALSE);
     EXPECT_FALSE(engine->UpdateLUT(0));
     EXPECT_EQ(nullptr, engine->GetLUTOutput(0));
     EXPECT_EQ(nullptr, engine->GetLUTStatus(0));
     float temp = 0;
     EXPECT_FALSE(engine->CountsToTemp(0, 1000, &temp, nullptr, vz::eKelvin));
     EXPECT_EQ(0.0f, temp) << "a failed conversion must write nothing";
-    Heal(kComputeLut);
+    Heal(kSlotComputeLut);
     ASSERT_NE(nullptr, engine->GetLUTOutput(0));
-    EXPECT_EQ(5u, Log().CallsTo(kComputeLut).size());
+    EXPECT_EQ(5u, Log().CallsTo(kSlotComputeLut).size());
 }
 
 TEST_F(LutBuild, TablesAreBoundedMarkedAndHeldInTheLutUnit) {
@@ -86,18 +88,18 @@ TEST_F(LutBuild, TablesAreBoundedMarkedAndHeldInTheLutUnit) {
 TEST_F(LutBuild, OnlyChangesMakeTablesDirty) {
     ASSERT_TRUE(engine->UpdateLUT(0));
     const size_t calls = CallCount();
-    Fail(kComputeLut);
-    Fail(kIsReady);
+    Fail(kSlotComputeLut);
+    Fail(kSlotIsReady);
     engine->setLUTTempType(vz::eCelsius);
     EXPECT_TRUE(engine->UpdateLUT(0));
     EXPECT_NE(nullptr, engine->GetLUTStatus(0));
     EXPECT_EQ(calls, CallCount());
-    Heal(kComputeLut);
-    Heal(kIsReady);
+    Heal(kSlotComputeLut);
+    Heal(kSlotIsReady);
     engine->setLUTTempType(vz::eFahrenheit);
     EXPECT_EQ(vz::eFahrenheit, engine->lutTempType());
     ASSERT_TRUE(engine->UpdateLUT(0));
-    EXPECT_EQ(2u, Log().CallsTo(kComputeLut).size());
+    EXPECT_EQ(2u, Log().CallsTo(kSlotComputeLut).size());
 
     for (int round = 0; round < 2; ++round) {
         for (unsigned char p = 0; p < 4; ++p) {
@@ -107,7 +109,8 @@ TEST_F(LutBuild, OnlyChangesMakeTablesDirty) {
         params.objFactorA = 0.9f;
         ASSERT_TRUE(engine->SetObjectParams(&params));
     }
-    EXPECT_EQ(9u, Log().CallsTo(kComputeLut).size()) << "new object params make every preset dirty";
+    EXPECT_EQ(9u, Log().CallsTo(kSlotComputeLut).size())
+        << "new object params make every preset dirty";
 }
 
 // The second engine finds the plain names taken and appends a number to them.
@@ -117,7 +120,7 @@ TEST_F(LutBuild, TwoEnginesUseDistinctBuffers) {
     ASSERT_TRUE(second.SetBroadCal(0, &record));
     ASSERT_TRUE(engine->UpdateLUT(0));
     ASSERT_TRUE(second.UpdateLUT(0));
-    const auto calls = Log().CallsTo(kComputeLut);
+    const auto calls = Log().CallsTo(kSlotComputeLut);
     ASSERT_EQ(2u, calls.size());
     EXPECT_NE(calls[0].names[1], calls[1].names[1]);
     const std::wstring name = calls[1].names[0];
@@ -129,12 +132,12 @@ TEST_F(LutBuild, TwoEnginesUseDistinctBuffers) {
 // A name held by another kind of kernel object can't become a mapping; the engine gives up on
 // its buffers for good.
 TEST_F(LutBuild, AFailedBufferCreationIsFinal) {
-    HANDLE squatter = CreateMutexW(nullptr, FALSE, kCountsBase.c_str());
-    ASSERT_NE(nullptr, squatter);
+    owners::UniqueHandle squatter(CreateMutexW(nullptr, FALSE, kCountsBase.c_str()));
+    ASSERT_TRUE(squatter);
     EXPECT_FALSE(engine->UpdateLUT(0));
-    CloseHandle(squatter);
+    squatter.reset();
     EXPECT_FALSE(engine->UpdateLUT(0));
-    EXPECT_TRUE(Log().CallsTo(kComputeLut).empty());
+    EXPECT_TRUE(Log().CallsTo(kSlotComputeLut).empty());
 }
 
 } // namespace

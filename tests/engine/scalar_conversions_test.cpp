@@ -22,9 +22,9 @@ TEST_F(ScalarConversions, TempToCountsAsksTheServerInCelsius) {
     ASSERT_TRUE(engine->TempToCounts(1, 212.0f, &counts, vz::eFahrenheit));
     EXPECT_EQ(4321, counts);
     EXPECT_EQ(std::vector<double>{100.0}, Log().calls.back().numbers);
-    EXPECT_TRUE(Log().CallsTo(kComputeLut).empty()) << "the reverse conversion needs no LUT";
+    EXPECT_TRUE(Log().CallsTo(kSlotComputeLut).empty()) << "the reverse conversion needs no LUT";
 
-    Fail(kTempToCounts, S_OK, FALSE);
+    Fail(kSlotTempToCounts, S_OK, FALSE);
     EXPECT_FALSE(engine->TempToCounts(1, 20.0f, &counts, vz::eCelsius));
 }
 
@@ -34,7 +34,7 @@ TEST_F(ScalarConversions, IntegrationTimesComeFromBothEndsOfTheCalibratedRange) 
     ASSERT_TRUE(engine->GetIntegrationTimeRange(1, minTime, maxTime));
     EXPECT_EQ(4000u, minTime);
     EXPECT_EQ(99u, maxTime);
-    const auto calls = Log().CallsTo(kIntegrationTimeAt);
+    const auto calls = Log().CallsTo(kSlotIntegrationTimeAt);
     ASSERT_EQ(2u, calls.size());
     EXPECT_EQ((std::vector<double>{423.15f, 60000, 1}), calls[0].numbers);
     EXPECT_EQ((std::vector<double>{253.15f, 1000, 1}), calls[1].numbers);
@@ -44,7 +44,7 @@ TEST_F(ScalarConversions, AFailedSecondIntegrationTimeLeavesBothOutputs) {
     int seen = 0;
     Log().decide = [&](const fake::CalCall& call) {
         return fake::SlotResult{S_OK,
-                                call.slot == kIntegrationTimeAt && ++seen == 2 ? FALSE : TRUE};
+                                call.slot == kSlotIntegrationTimeAt && ++seen == 2 ? FALSE : TRUE};
     };
     unsigned long minTime = 11, maxTime = 22;
     EXPECT_FALSE(engine->GetIntegrationTimeRange(1, minTime, maxTime));
@@ -56,7 +56,7 @@ TEST_F(ScalarConversions, TempRangeReloadsTheObjectIgnoringItsAnswersAndKeepsThe
     ServeTable([](int i) { return -40.0f + 0.005f * i; });
     const size_t before = CallCount();
     Log().decide = [](const fake::CalCall& call) {
-        return call.slot == kComputeLut ? fake::SlotResult{} : fake::SlotResult{E_FAIL, FALSE};
+        return call.slot == kSlotComputeLut ? fake::SlotResult{} : fake::SlotResult{E_FAIL, FALSE};
     };
     float minTemp = 0, maxTemp = 0;
     ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 777, minTemp, maxTemp));
@@ -64,10 +64,10 @@ TEST_F(ScalarConversions, TempRangeReloadsTheObjectIgnoringItsAnswersAndKeepsThe
     for (size_t i = before; i < Log().calls.size(); ++i) {
         slots.push_back(Log().calls[i].slot);
     }
-    EXPECT_EQ(
-        (std::vector<int>{kIsReady, kLoadFactoryKind2, kSetIntegrationTime, kSetAux, kComputeLut}),
-        slots);
-    EXPECT_EQ(std::vector<double>{777}, Log().CallsTo(kSetIntegrationTime).back().numbers);
+    EXPECT_EQ((std::vector<int>{kSlotIsReady, kSlotLoadFactoryKind2, kSlotSetIntegrationTime,
+                                kSlotSetAux, kSlotComputeLut}),
+              slots);
+    EXPECT_EQ(std::vector<double>{777}, Log().CallsTo(kSlotSetIntegrationTime).back().numbers);
     // The inclusive scan over 1000..60000 is clamped into the limits -20 .. 150.
     EXPECT_EQ(static_cast<float>(double(253.15f) - 273.15), minTemp);
     EXPECT_EQ(static_cast<float>(double(423.15f) - 273.15), maxTemp);

@@ -16,10 +16,10 @@ class SimulatorEngine : public testing::Test {
 protected:
     void SetUp() override {
         std::string error;
-        ASSERT_TRUE(records::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error))
+        ASSERT_TRUE(formats::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", record, error))
             << error;
         ASSERT_TRUE(
-            records::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params, error))
+            formats::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", params, error))
             << error;
         ASSERT_TRUE(engine.SetBroadCal(0, &record)) << "is the simulator registered?";
         ASSERT_TRUE(engine.SetObjectParams(&params));

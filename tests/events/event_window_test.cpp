@@ -10,6 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <unique_resource.h>
+
+#include "simulator_control.h"
+
 namespace {
 
 using Value = unsigned __int64;
@@ -18,8 +22,8 @@ using Value = unsigned __int64;
 class MessageQueueThread : public testing::Environment {
 public:
     void SetUp() override {
-        HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-        mThread = std::thread([this, ready] {
+        const owners::UniqueHandle ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+        mThread = std::thread([this, ready = ready.get()] {
             MSG message;
             PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE); // the thread's queue exists now
             mThreadId = GetCurrentThreadId();
@@ -30,8 +34,7 @@ public:
             }
             vz::messageQueueInvoker.Detach();
         });
-        WaitForSingleObject(ready, INFINITE);
-        CloseHandle(ready);
+        WaitForSingleObject(ready.get(), INFINITE);
     }
     void TearDown() override {
         PostThreadMessageW(mThreadId, WM_QUIT, 0, 0);
@@ -193,7 +196,7 @@ TEST(EventWindow, TheSimulatorsNotificationReachesTheHandler) {
     Attachment attachment(&handler, nullptr, false);
     COstrel host = GetOstrel();
     ASSERT_TRUE(host) << "is the simulator registered?";
-    ASSERT_EQ(S_OK, host->SimPostEvent(0x1234567890ull));
+    ASSERT_EQ(S_OK, simulator::ControlOf(host)->PostEvent(0x1234567890ull));
     ASSERT_TRUE(WaitFor([&] { return !recorder.Calls().empty(); }));
     EXPECT_EQ(0x1234567890ull, recorder.Calls()[0].value);
     EXPECT_EQ(MessageQueueThread::ThreadId(), recorder.Calls()[0].thread);

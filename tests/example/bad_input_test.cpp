@@ -1,8 +1,10 @@
 // ostrel-convert.exe on bad input, a failing server and a server that refuses: one line on
 // stderr naming the file or option, a failure exit code, and no output file.
 #include <ostrel.h>
+#include <server_slots.h>
 
 #include "convert_fixture.h"
+#include "simulator_control.h"
 
 namespace {
 
@@ -80,27 +82,30 @@ class FailingServer : public ConvertProgram, public testing::WithParamInterface<
 protected:
     void TearDown() override {
         if (control_) {
-            control_->SimSetFault(GetParam().slot, 0);
+            control_->SetFault(GetParam().slot, 0);
         }
     }
-    COstrelCal control_;
+    // Declared in this order so that the control goes before the handle that gave it.
+    COstrelCal calibration_ = GetOstrelCal();
+    Microsoft::WRL::ComPtr<ICamSimControl> control_ = simulator::ControlOf(calibration_);
 };
 
 TEST_P(FailingServer, FailsWithOneLineAndNoOutput) {
     CopyScene(L"scene.pgm");
-    ASSERT_TRUE(control_.Get()) << "is the simulator registered?";
-    ASSERT_EQ(control_->SimSetFault(GetParam().slot, GetParam().mode), S_OK);
+    ASSERT_TRUE(control_) << "is the simulator registered?";
+    ASSERT_EQ(control_->SetFault(GetParam().slot, GetParam().mode), S_OK);
 
     ExpectOneLineFailure(Convert({L"scene.pgm", L"--pfm", L"--png"}), GetParam().named);
 
     EXPECT_EQ(FolderContents(work_.Path()), std::vector<std::wstring>{L"scene.pgm"});
 }
 
-INSTANTIATE_TEST_SUITE_P(, FailingServer,
-                         testing::Values(ServerFault{"TableBuild", 9, 1, "scene.pgm"},
-                                         ServerFault{"FactoryLoad", 17, 2, "factory_cal.txt"},
-                                         ServerFault{"ObjectParams", 10, 1, "object_params.txt"},
-                                         ServerFault{"Readiness", 14, 1, "calibration service"}),
-                         [](const auto& info) { return std::string(info.param.label); });
+INSTANTIATE_TEST_SUITE_P(
+    , FailingServer,
+    testing::Values(ServerFault{"TableBuild", kSlotComputeLut, 1, "scene.pgm"},
+                    ServerFault{"FactoryLoad", kSlotLoadFactory, 2, "factory_cal.txt"},
+                    ServerFault{"ObjectParams", kSlotSetObjectParams, 1, "object_params.txt"},
+                    ServerFault{"Readiness", kSlotIsReady, 1, "calibration service"}),
+    [](const auto& info) { return std::string(info.param.label); });
 
 } // namespace

@@ -15,7 +15,7 @@ namespace {
 
 using testfiles::ScratchFolder;
 
-std::vector<std::uint16_t> Elements16(const convert::Frame& frame) {
+std::vector<std::uint16_t> Elements16(const formats::Frame& frame) {
     std::vector<std::uint16_t> values(frame.PixelCount());
     std::memcpy(values.data(), frame.data.data(), frame.data.size());
     return values;
@@ -26,9 +26,9 @@ TEST(ReadPgm, Reads16BitBigEndianSamplesPastHeaderComments) {
     const std::string header = "P5 # made by hand\n3 # width\n2\n# maxval next\n65535\n";
     const std::string samples("\x00\x01\x01\x00\xff\xfe\x12\x34\x80\x00\x00\x00", 12);
     testfiles::WriteBytes(folder / L"a.pgm", header + samples);
-    convert::Frame frame;
+    formats::Frame frame;
     std::string error;
-    ASSERT_TRUE(convert::ReadPgm(folder / L"a.pgm", frame, error)) << error;
+    ASSERT_TRUE(formats::ReadPgm(folder / L"a.pgm", frame, error)) << error;
     EXPECT_EQ(frame.width, 3u);
     EXPECT_EQ(frame.height, 2u);
     EXPECT_EQ(frame.type, vz::UInt16);
@@ -50,9 +50,9 @@ class UnreadablePgm : public testing::TestWithParam<BadFile> {};
 TEST_P(UnreadablePgm, IsRefusedNamingTheFile) {
     const ScratchFolder folder(L"bad-pgm");
     testfiles::WriteBytes(folder / L"bad.pgm", GetParam().bytes);
-    convert::Frame frame;
+    formats::Frame frame;
     std::string error;
-    EXPECT_FALSE(convert::ReadPgm(folder / L"bad.pgm", frame, error));
+    EXPECT_FALSE(formats::ReadPgm(folder / L"bad.pgm", frame, error));
     EXPECT_NE(error.find("bad.pgm: "), std::string::npos) << error;
     EXPECT_NE(error.find(GetParam().problem), std::string::npos) << error;
 }
@@ -67,9 +67,9 @@ TEST(ReadRaw, RefusesFilesOfAnotherSizeNamingTheFile) {
     const ScratchFolder folder(L"raw");
     for (const std::size_t size : {47, 49}) {
         testfiles::WriteBytes(folder / L"f.raw", std::string(size, '\x01'));
-        convert::Frame frame;
+        formats::Frame frame;
         std::string error;
-        EXPECT_FALSE(convert::ReadRaw(folder / L"f.raw", {4, 3, vz::Int32}, frame, error));
+        EXPECT_FALSE(formats::ReadRaw(folder / L"f.raw", {4, 3, vz::Int32}, frame, error));
         EXPECT_NE(error.find("f.raw: "), std::string::npos) << error;
         EXPECT_EQ(error.find("truncated") != std::string::npos, size < 48) << error;
     }
@@ -77,7 +77,7 @@ TEST(ReadRaw, RefusesFilesOfAnotherSizeNamingTheFile) {
 
 TEST(WriteCsv, WritesOneLinePerRowThatReadsBackExactly) {
     std::ostringstream out;
-    convert::WriteCsv(out, 2, 2, std::vector<float>{0.1f, -2.0f, 36.6f, 1e-3f});
+    formats::WriteCsv(out, 2, 2, std::vector<float>{0.1f, -2.0f, 36.6f, 1e-3f});
     EXPECT_EQ(out.str(), "0.1,-2\n36.6,0.001\n");
 }
 
@@ -86,7 +86,7 @@ TEST(OutputFile, AppearsOnlyWhenCommitted) {
     const auto target = folder / L"result.pfm";
     std::string error;
     {
-        convert::OutputFile file;
+        formats::OutputFile file;
         ASSERT_TRUE(file.Open(target, error)) << error;
         file.Stream() << "partial";
         EXPECT_FALSE(std::filesystem::exists(target));
@@ -95,7 +95,7 @@ TEST(OutputFile, AppearsOnlyWhenCommitted) {
         << "an output that was not committed leaves nothing";
 
     testfiles::WriteBytes(target, "old");
-    convert::OutputFile file;
+    formats::OutputFile file;
     ASSERT_TRUE(file.Open(target, error)) << error;
     file.Stream() << "new";
     ASSERT_TRUE(file.Commit(error)) << error;
@@ -107,7 +107,7 @@ TEST(OutputFile, LeavesNothingWhenTheRenameFails) {
     const ScratchFolder folder(L"rename");
     const auto target = folder / L"taken";
     std::filesystem::create_directory(target);
-    convert::OutputFile file;
+    formats::OutputFile file;
     std::string error;
     ASSERT_TRUE(file.Open(target, error)) << error;
     file.Stream() << "data";

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "test_files.h"
-#include "unique_resources.h"
+#include <unique_resource.h>
 
 namespace testfiles {
 namespace {
@@ -14,12 +14,11 @@ constexpr DWORD kRunLimitMs = 60000;
 
 // Processes that Wine starts in the background inherit the program's output and may hold it
 // past the program's end: the file can be read and deleted all the same.
-camsim::UniqueHandle CreateOutputFile(const std::filesystem::path& file) {
+owners::UniqueFile CreateOutputFile(const std::filesystem::path& file) {
     SECURITY_ATTRIBUTES inheritable{sizeof(inheritable), nullptr, TRUE};
-    HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE,
-                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                &inheritable, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return camsim::UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+    return owners::UniqueFile(CreateFileW(
+        file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        &inheritable, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 } // namespace
@@ -39,28 +38,28 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
         for (const std::wstring& argument : arguments) {
             commandLine += L" \"" + argument + L"\"";
         }
-        const camsim::UniqueHandle out = CreateOutputFile(outFile);
-        const camsim::UniqueHandle err = CreateOutputFile(errFile);
+        const owners::UniqueFile out = CreateOutputFile(outFile);
+        const owners::UniqueFile err = CreateOutputFile(errFile);
         if (!out || !err) {
             return result;
         }
         STARTUPINFOW startup{};
         startup.cb = sizeof(startup);
         startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdOutput = out.Get();
-        startup.hStdError = err.Get();
+        startup.hStdOutput = out.get();
+        startup.hStdError = err.get();
         PROCESS_INFORMATION process{};
         if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
                             nullptr, work.c_str(), &startup, &process)) {
             return result;
         }
-        const camsim::UniqueHandle processHandle(process.hProcess);
-        const camsim::UniqueHandle threadHandle(process.hThread);
-        if (WaitForSingleObject(processHandle.Get(), kRunLimitMs) != WAIT_OBJECT_0) {
-            TerminateProcess(processHandle.Get(), STILL_ACTIVE);
-            WaitForSingleObject(processHandle.Get(), kRunLimitMs);
+        const owners::UniqueHandle processHandle(process.hProcess);
+        const owners::UniqueHandle threadHandle(process.hThread);
+        if (WaitForSingleObject(processHandle.get(), kRunLimitMs) != WAIT_OBJECT_0) {
+            TerminateProcess(processHandle.get(), STILL_ACTIVE);
+            WaitForSingleObject(processHandle.get(), kRunLimitMs);
         }
-        GetExitCodeProcess(processHandle.Get(), &result.exitCode);
+        GetExitCodeProcess(processHandle.get(), &result.exitCode);
     }
     result.out = ReadBytes(outFile);
     result.err = ReadBytes(errFile);

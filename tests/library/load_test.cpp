@@ -6,18 +6,20 @@
 
 #include <gtest/gtest.h>
 
+#include <unique_resource.h>
+
 namespace {
 
 int ThreadsOfThisProcess() {
-    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    EXPECT_NE(INVALID_HANDLE_VALUE, snapshot);
+    const owners::UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+    EXPECT_TRUE(snapshot);
     int count = 0;
     THREADENTRY32 entry{};
     entry.dwSize = sizeof(entry);
-    for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry)) {
+    for (BOOL more = Thread32First(snapshot.get(), &entry); more;
+         more = Thread32Next(snapshot.get(), &entry)) {
         count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
     }
-    CloseHandle(snapshot);
     return count;
 }
 
@@ -33,15 +35,15 @@ TEST(LibraryLoad, LoadingAndUnloadingCreatesNothing) {
     ASSERT_NE(nullptr, LoadLibraryW(L"oleaut32.dll"));
     const int threadsBefore = ThreadsOfThisProcess();
 
-    HMODULE library = LoadLibraryW(L"ostrel.dll");
-    ASSERT_NE(nullptr, library) << "error " << GetLastError();
+    owners::UniqueModule library(LoadLibraryW(L"ostrel.dll"));
+    ASSERT_TRUE(library) << "error " << GetLastError();
     EXPECT_EQ(threadsBefore, ThreadsOfThisProcess());
     EXPECT_EQ(nullptr, FindWindowW(L"wcOstrelEvents", nullptr));
     EXPECT_FALSE(ThreadHasApartment());
     WNDCLASSW windowClass;
     EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"wcOstrelEvents", &windowClass));
 
-    ASSERT_TRUE(FreeLibrary(library));
+    ASSERT_TRUE(FreeLibrary(library.release()));
     EXPECT_EQ(nullptr, GetModuleHandleW(L"ostrel.dll"));
     EXPECT_FALSE(ThreadHasApartment());
     EXPECT_EQ(threadsBefore, ThreadsOfThisProcess());

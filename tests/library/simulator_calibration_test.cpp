@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <unique_resource.h>
+
+#include "simulator_control.h"
+
 namespace {
 
 bool ThreadHasApartment() {
@@ -15,13 +19,16 @@ bool ThreadHasApartment() {
 
 TEST(SimulatorCalibration, HandlesReachTheServerAndTheLastOneReleasesEverything) {
     ASSERT_FALSE(ThreadHasApartment());
-    ULONG serverPid = 0;
+    owners::UniqueHandle server;
     {
         COstrelCal cal = GetOstrelCal();
         ASSERT_TRUE(cal) << "is the simulator registered?";
         EXPECT_EQ(S_OK, cal->CalIsReady());
-        ASSERT_EQ(S_OK, cal->SimProcessId(&serverPid));
+        ULONG serverPid = 0;
+        ASSERT_EQ(S_OK, simulator::ControlOf(cal)->ProcessId(&serverPid));
         EXPECT_NE(GetCurrentProcessId(), serverPid) << "the object must live in the server process";
+        server.reset(OpenProcess(SYNCHRONIZE, FALSE, serverPid));
+        ASSERT_TRUE(server);
 
         COstrelCal copy = cal;
         COstrelCal other = GetOstrelCal();
@@ -32,11 +39,7 @@ TEST(SimulatorCalibration, HandlesReachTheServerAndTheLastOneReleasesEverything)
     EXPECT_FALSE(ThreadHasApartment()) << "the library kept its apartment";
 
     // With its last object released, the server process ends by itself.
-    HANDLE server = OpenProcess(SYNCHRONIZE, FALSE, serverPid);
-    if (server != nullptr) {
-        EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server, 20000));
-        CloseHandle(server);
-    }
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(server.get(), 20000));
 }
 
 } // namespace

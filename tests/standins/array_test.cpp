@@ -4,6 +4,13 @@
 
 namespace {
 
+// The table's capacity in elements, as the process heap, where the array keeps it, sees it.
+template <class T> unsigned Capacity(vz::TArray<T>& array) {
+    return array.GetData() == nullptr
+               ? 0
+               : static_cast<unsigned>(HeapSize(GetProcessHeap(), 0, array.GetData()) / sizeof(T));
+}
+
 struct GrowthCase {
     unsigned short step;
     unsigned startCount; // reached with SetCount before the measured growth
@@ -21,7 +28,7 @@ TEST_P(ArrayGrowth, CapacityAfterSetCount) {
     ASSERT_TRUE(array.SetCount(growth.count));
 
     EXPECT_EQ(array.GetCount(), growth.count);
-    EXPECT_EQ(array.GetCapacity(), growth.expectedCapacity);
+    EXPECT_EQ(Capacity(array), growth.expectedCapacity);
 }
 
 // Growth by steps rounds up past the count; doubling rounds up to a power of two.
@@ -35,16 +42,14 @@ INSTANTIATE_TEST_SUITE_P(, ArrayGrowth,
 TEST(Array, IndexAtCountThrowsIndexOutOfBounds) {
     vz::TArray<int> array(5);
     ASSERT_TRUE(array.SetCount(4));
-    const vz::TArray<int>& readOnly = array;
 
     for (unsigned index : {4u, 5u, 0xFFFFFFFFu}) {
         try {
-            (void)readOnly[index];
+            (void)array[index];
             ADD_FAILURE() << "index " << index << " was accepted";
         } catch (const vz::CException& error) {
             EXPECT_STREQ(error.Message().c_str(), L"Index out of bounds.");
         }
-        EXPECT_THROW(array[index], vz::CException);
     }
     EXPECT_NO_THROW(array[3]);
 }
@@ -59,14 +64,14 @@ TEST(Array, AllocationFailureLeavesTheArrayUnchanged) {
     ASSERT_TRUE(array.SetCount(3));
     array[0].bytes[0] = 0x5A;
     const Megabyte* table = array.GetData();
-    const unsigned capacity = array.GetCapacity();
+    const unsigned capacity = Capacity(array);
 
     // 2^28 elements of 1 MiB: more than any address space holds.
     EXPECT_FALSE(array.SetCount(1u << 28));
     EXPECT_FALSE(array.SetCount(0xFFFFFFFFu)); // a capacity past 32 bits
 
     EXPECT_EQ(array.GetCount(), 3u);
-    EXPECT_EQ(array.GetCapacity(), capacity);
+    EXPECT_EQ(Capacity(array), capacity);
     EXPECT_EQ(array.GetData(), table);
     EXPECT_EQ(array[0].bytes[0], 0x5A);
 }

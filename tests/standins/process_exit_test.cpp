@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unique_resource.h>
+
 #include <filesystem>
 #include <string>
 
@@ -17,12 +19,13 @@ struct ProbeResult {
 // Runs the probe with arguments and collects its standard output.
 ProbeResult RunProbe(const std::wstring& arguments) {
     SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-    HANDLE readEnd = nullptr, writeEnd = nullptr;
+    owners::UniqueHandle readEnd;
+    owners::UniqueHandle writeEnd;
     ProbeResult result;
-    if (!CreatePipe(&readEnd, &writeEnd, &inherit, 0)) {
+    if (!CreatePipe(readEnd.put(), writeEnd.put(), &inherit, 0)) {
         return result;
     }
-    SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+    SetHandleInformation(readEnd.get(), HANDLE_FLAG_INHERIT, 0);
     wchar_t program[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     std::wstring commandLine =
@@ -31,25 +34,25 @@ ProbeResult RunProbe(const std::wstring& arguments) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = writeEnd;
+    startup.hStdOutput = writeEnd.get();
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
     const bool ran = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                     nullptr, &startup, &started);
     // Only the probe may hold the write end, or reading would never see the end.
-    CloseHandle(writeEnd);
+    writeEnd.reset();
     char buffer[4096];
     DWORD read = 0;
-    while (ran && ReadFile(readEnd, buffer, sizeof buffer, &read, nullptr) && read != 0) {
+    if (!ran) {
+        return result;
+    }
+    const owners::UniqueHandle process(started.hProcess);
+    const owners::UniqueHandle thread(started.hThread);
+    while (ReadFile(readEnd.get(), buffer, sizeof buffer, &read, nullptr) && read != 0) {
         result.output.append(buffer, read);
     }
-    CloseHandle(readEnd);
-    if (ran) {
-        WaitForSingleObject(started.hProcess, INFINITE);
-        GetExitCodeProcess(started.hProcess, &result.exitCode);
-        CloseHandle(started.hProcess);
-        CloseHandle(started.hThread);
-    }
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &result.exitCode);
     return result;
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <ostrel_server.h>
+#include <server_slots.h>
 
 namespace fake {
 
@@ -77,20 +78,22 @@ public:
     // The server owns the object, so reaching 0 does not delete it.
     ULONG STDMETHODCALLTYPE Release() override { return --mRefs; }
 
-    HRESULT STDMETHODCALLTYPE SimSetFault(ULONG, LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SimProcessId(ULONG*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Reserved003() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Reserved004() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved005() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved006() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved007() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CalSetAux(float calAux, BOOL* ok) override {
-        return Answer({8, {calAux}, {}}, ok);
+        return Answer({kSlotSetAux, {calAux}, {}}, ok);
     }
     HRESULT STDMETHODCALLTYPE CalComputeLUT(ULONG entryCount, ULONG step, ULONG largestCount,
                                             BSTR countsBufferName, BSTR tempBufferName,
                                             BOOL* ok) override {
         const std::wstring counts = countsBufferName ? countsBufferName : L"";
         const std::wstring temps = tempBufferName ? tempBufferName : L"";
-        CalCall call{9, {double(entryCount), double(step), double(largestCount)}, {counts, temps}};
+        CalCall call{kSlotComputeLut,
+                     {double(entryCount), double(step), double(largestCount)},
+                     {counts, temps}};
         if (mLog->computeLut && SUCCEEDED(mLog->ResultOf(call).hr)) {
             mLog->computeLut(counts, temps);
         }
@@ -98,34 +101,39 @@ public:
     }
     HRESULT STDMETHODCALLTYPE CalSetObjectParams(float factorA, float tempACelsius, float factorB,
                                                  float tempBCelsius, LONG mode, BOOL* ok) override {
-        return Answer({10, {factorA, tempACelsius, factorB, tempBCelsius, double(mode)}, {}}, ok);
+        return Answer({kSlotSetObjectParams,
+                       {factorA, tempACelsius, factorB, tempBCelsius, double(mode)},
+                       {}},
+                      ok);
     }
     HRESULT STDMETHODCALLTYPE Reserved011() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved012() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CalTempToCounts(float tempCelsius, unsigned short* counts,
                                               BOOL* ok) override {
         *counts = mLog->counts;
-        return Answer({13, {tempCelsius}, {}}, ok);
+        return Answer({kSlotTempToCounts, {tempCelsius}, {}}, ok);
     }
-    HRESULT STDMETHODCALLTYPE CalIsReady() override { return Answer({14, {}, {}}, nullptr); }
+    HRESULT STDMETHODCALLTYPE CalIsReady() override {
+        return Answer({kSlotIsReady, {}, {}}, nullptr);
+    }
     HRESULT STDMETHODCALLTYPE CalLoadFactoryKind2(ULONG calKind, float c0, float c1, float c2,
                                                   float c3, float c4, float c5, ULONG countsHigh,
                                                   ULONG countsLow, float tempMaxK, float tempMinK,
                                                   BOOL* ok) override {
-        return Answer({15,
+        return Answer({kSlotLoadFactoryKind2,
                        {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
                         double(countsLow), tempMaxK, tempMinK},
                        {}},
                       ok);
     }
     HRESULT STDMETHODCALLTYPE CalSetIntegrationTime(LONG integrationTime, BOOL* ok) override {
-        return Answer({16, {double(integrationTime)}, {}}, ok);
+        return Answer({kSlotSetIntegrationTime, {double(integrationTime)}, {}}, ok);
     }
     HRESULT STDMETHODCALLTYPE CalLoadFactory(ULONG calKind, float c0, float c1, float c2, float c3,
                                              float c4, float c5, ULONG countsHigh, ULONG countsLow,
                                              float tempMaxK, float tempMinK, float coefExtra,
                                              BOOL* ok) override {
-        return Answer({17,
+        return Answer({kSlotLoadFactory,
                        {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
                         double(countsLow), tempMaxK, tempMinK, coefExtra},
                        {}},
@@ -134,7 +142,7 @@ public:
     HRESULT STDMETHODCALLTYPE CalIntegrationTimeAt(float tempK, float count, float* result,
                                                    LONG mode, BOOL* ok) override {
         *result = mLog->integrationTime ? mLog->integrationTime(tempK, count) : 0.0f;
-        return Answer({18, {tempK, count, double(mode)}, {}}, ok);
+        return Answer({kSlotIntegrationTimeAt, {tempK, count, double(mode)}, {}}, ok);
     }
 
 private:

@@ -2,8 +2,9 @@
 
 #include <vz/log.h>
 
+#include <unique_resource.h>
+
 #include "exclusive_lock.h"
-#include "unique_handle.h"
 
 #include <exception>
 #include <memory>
@@ -40,7 +41,7 @@ CException NotAttached() {
 } // namespace
 
 struct CMessageQueueInvoker::Completion {
-    UniqueHandle done;
+    owners::UniqueHandle done;
     std::exception_ptr error;
 };
 
@@ -114,8 +115,8 @@ bool CMessageQueueInvoker::AttachToCurrentThread() {
     if (RegisterClassW(&windowClass) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
         return false;
     }
-    UniqueWindow window(CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                        ThisModule(), this));
+    owners::UniqueWindow window(CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                                nullptr, ThisModule(), this));
     if (!window) {
         return false;
     }
@@ -132,7 +133,7 @@ bool CMessageQueueInvoker::AttachToCurrentThread() {
 }
 
 bool CMessageQueueInvoker::Detach() {
-    UniqueWindow window;
+    owners::UniqueWindow window;
     {
         ExclusiveLock lock(m_lock);
         if (m_window == nullptr || m_threadId != GetCurrentThreadId()) {

@@ -18,8 +18,6 @@ wchar_t* CopyText(const wchar_t* text) {
 
 } // namespace
 
-CString::CString() : m_text(CopyText(nullptr)) {}
-
 CString::CString(const wchar_t* text) : m_text(CopyText(text)) {}
 
 CString::CString(const CString& other) : m_text(CopyText(other.m_text)) {}
@@ -33,14 +31,6 @@ CString& CString::operator=(const CString& other) {
 
 CString::~CString() {
     delete[] m_text;
-}
-
-unsigned CString::GetLength() const {
-    return static_cast<unsigned>(std::wcslen(m_text));
-}
-
-bool CString::operator==(const CString& other) const {
-    return std::wcscmp(m_text, other.m_text) == 0;
 }
 
 } // namespace vz

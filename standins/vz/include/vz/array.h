@@ -94,20 +94,10 @@ public:
         return true;
     }
 
-    // Empties the array and keeps the table for later additions.
-    void RemoveAll() { m_count = 0; }
-
     unsigned GetCount() const { return m_count; }
-    unsigned GetCapacity() const { return m_capacity; }
     T* GetData() { return m_table; }
-    const T* GetData() const { return m_table; }
 
     T& operator[](unsigned index) {
-        CheckIndex(index);
-        return m_table[index];
-    }
-
-    const T& operator[](unsigned index) const {
         CheckIndex(index);
         return m_table[index];
     }

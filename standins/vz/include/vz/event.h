@@ -42,7 +42,6 @@ public:
 
     unsigned GetCount() const { return m_handlers.GetCount(); }
     HANDLER& operator[](unsigned index) { return m_handlers[index]; }
-    const HANDLER& operator[](unsigned index) const { return m_handlers[index]; }
 
 private:
     TArray<HANDLER> m_handlers;

@@ -16,31 +16,6 @@ public:
     virtual void Destroy() = 0;
 };
 
-// Calls a free function.
-template <class A, class B> class TFunctionHandler2 final : public IHandler2<A, B> {
-public:
-    using Function = void (*)(A, B);
-
-    explicit TFunctionHandler2(Function function) : m_function(function) {
-        if (function == nullptr) {
-            throw CException(L"A function handler needs a function.");
-        }
-    }
-
-    void Invoke(A first, B second) override { m_function(first, second); }
-
-    bool IsSame(const IHandler2<A, B>* other) const override {
-        const auto* same = dynamic_cast<const TFunctionHandler2*>(other);
-        return same != nullptr && same->m_function == m_function;
-    }
-
-    IHandler2<A, B>* Clone() const override { return new TFunctionHandler2(*this); }
-    void Destroy() override { delete this; }
-
-private:
-    Function m_function;
-};
-
 // Calls a member function on an object that the handler does not own.
 template <class C, class A, class B> class TMemberHandler2 final : public IHandler2<A, B> {
 public:

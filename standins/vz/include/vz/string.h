@@ -7,7 +7,6 @@ namespace vz {
 // A small wide-string value: owns a copy of its text, which is never null.
 class VZ_API CString {
 public:
-    CString();
     // Implicit, so that a literal serves where a CString is expected. Null gives "".
     CString(const wchar_t* text);
     CString(const CString& other);
@@ -15,9 +14,6 @@ public:
     ~CString();
 
     const wchar_t* c_str() const { return m_text; }
-    unsigned GetLength() const;
-
-    bool operator==(const CString& other) const;
 
 private:
     wchar_t* m_text;

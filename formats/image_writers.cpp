@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace convert {
+namespace formats {
 namespace {
 
 void WritePgmHeader(std::ostream& out, std::uint32_t width, std::uint32_t height, unsigned maxval) {
@@ -62,4 +62,4 @@ void WriteCsv(std::ostream& out, std::uint32_t width, std::uint32_t height,
     }
 }
 
-} // namespace convert
+} // namespace formats

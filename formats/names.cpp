@@ -4,7 +4,7 @@
 #include <array>
 #include <cctype>
 
-namespace convert {
+namespace formats {
 namespace {
 
 struct UnitName {
@@ -74,4 +74,4 @@ std::size_t ElementSize(vz::EDataType type) {
     return kTypes.at(type).size;
 }
 
-} // namespace convert
+} // namespace formats

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-namespace convert {
+namespace formats {
 
 std::string Narrow(std::wstring_view text) {
     if (text.empty()) {
@@ -16,4 +16,4 @@ std::string Narrow(std::wstring_view text) {
     return result;
 }
 
-} // namespace convert
+} // namespace formats

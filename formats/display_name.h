@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace convert {
+namespace formats {
 
 // In the ANSI code page, characters it lacks shown as "?".
 std::string Narrow(std::wstring_view text);
@@ -13,4 +13,4 @@ inline std::string DisplayName(const std::filesystem::path& path) {
     return Narrow(path.native());
 }
 
-} // namespace convert
+} // namespace formats

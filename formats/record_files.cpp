@@ -7,7 +7,7 @@
 #include <set>
 #include <variant>
 
-namespace records {
+namespace formats {
 namespace {
 
 // Where a named value goes in the record being read.
@@ -110,4 +110,4 @@ bool ReadObjectParams(const std::filesystem::path& file,
     return true;
 }
 
-} // namespace records
+} // namespace formats

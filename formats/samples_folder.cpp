@@ -2,7 +2,7 @@
 
 #include "record_files.h"
 
-namespace records {
+namespace formats {
 
 std::filesystem::path SamplesFolder() {
     wchar_t program[MAX_PATH];
@@ -12,4 +12,4 @@ std::filesystem::path SamplesFolder() {
     return std::filesystem::exists(beside) ? beside : bin.parent_path() / "share/ostrel/samples";
 }
 
-} // namespace records
+} // namespace formats

@@ -8,7 +8,7 @@
 #include "display_name.h"
 #include "names.h"
 
-namespace convert {
+namespace formats {
 namespace {
 
 bool ReadWholeFile(const std::filesystem::path& file, std::vector<std::byte>& bytes,
@@ -84,6 +84,23 @@ std::string Describe(const RawLayout& layout) {
 
 } // namespace
 
+std::optional<std::uint32_t> ParseSide(std::wstring_view text) {
+    std::uint32_t value = 0;
+    for (const wchar_t digit : text) {
+        if (digit < L'0' || digit > L'9') {
+            return std::nullopt;
+        }
+        value = value * 10 + static_cast<std::uint32_t>(digit - L'0');
+        if (value > kLargestSide) {
+            return std::nullopt;
+        }
+    }
+    if (value == 0) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error) {
     std::vector<std::byte> bytes;
     if (!ReadWholeFile(file, bytes, error)) {
@@ -149,4 +166,4 @@ bool ReadRaw(const std::filesystem::path& file, const RawLayout& layout, Frame& 
     return true;
 }
 
-} // namespace convert
+} // namespace formats

@@ -8,7 +8,7 @@
 #include <vz/reduce/factory_calibration.h>
 #include <vz/reduce/object_parameters.h>
 
-namespace records {
+namespace formats {
 
 // Fills record from the file. Fields the file does not name keep their value. False with a
 // message naming the file (and line) when the file can't be read, a name is unknown, a value is
@@ -22,4 +22,4 @@ bool ReadObjectParams(const std::filesystem::path& file,
 // running program in the build tree, share/ostrel/samples in the SDK.
 std::filesystem::path SamplesFolder();
 
-} // namespace records
+} // namespace formats

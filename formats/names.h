@@ -7,7 +7,7 @@
 
 #include <ostrel_types.h>
 
-namespace convert {
+namespace formats {
 
 // "C", "F", "K", "R" or the full names, in any case.
 std::optional<vz::ETempType> ParseUnit(std::string_view name);
@@ -19,4 +19,4 @@ std::optional<vz::EDataType> ParseElementType(std::string_view name);
 const char* ElementTypeName(vz::EDataType type);
 std::size_t ElementSize(vz::EDataType type);
 
-} // namespace convert
+} // namespace formats

@@ -4,12 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <ostrel_types.h>
 
-namespace convert {
+namespace formats {
 
 // width × height elements of one type, row by row from the top, in the machine's byte order.
 struct Frame {
@@ -20,6 +22,12 @@ struct Frame {
 
     std::size_t PixelCount() const { return std::size_t{width} * height; }
 };
+
+// The largest width or height a command line may give a frame.
+inline constexpr std::uint32_t kLargestSide = 65535;
+
+// A width or height as a command line gives it: a whole number from 1 to kLargestSide.
+std::optional<std::uint32_t> ParseSide(std::wstring_view text);
 
 struct RawLayout {
     std::uint32_t width = 0;
@@ -34,4 +42,4 @@ bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error
 bool ReadRaw(const std::filesystem::path& file, const RawLayout& layout, Frame& frame,
              std::string& error);
 
-} // namespace convert
+} // namespace formats

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <span>
 
-namespace convert {
+namespace formats {
 
 // A binary PGM of 8-bit samples, maxval at most 255.
 void WritePgm(std::ostream& out, std::uint32_t width, std::uint32_t height,
@@ -22,4 +22,4 @@ void WritePfm(std::ostream& out, std::uint32_t width, std::uint32_t height,
 void WriteCsv(std::ostream& out, std::uint32_t width, std::uint32_t height,
               std::span<const float> values);
 
-} // namespace convert
+} // namespace formats

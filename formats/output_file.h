@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-namespace convert {
+namespace formats {
 
 class OutputFile {
 public:
@@ -33,4 +33,4 @@ private:
     std::ofstream stream_;
 };
 
-} // namespace convert
+} // namespace formats

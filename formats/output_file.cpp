@@ -6,7 +6,7 @@
 
 #include "display_name.h"
 
-namespace convert {
+namespace formats {
 
 OutputFile::~OutputFile() {
     Discard();
@@ -74,4 +74,4 @@ bool OutputFile::Commit(std::string& error) {
     return true;
 }
 
-} // namespace convert
+} // namespace formats
