@@ -20,14 +20,14 @@ public:
     void Print(std::FILE* out, vz::ETempType unit) const;
 
 private:
-    std::size_t frames_ = 0;
-    std::size_t pixels_ = 0;
-    double milliseconds_ = 0.0;
-    std::size_t validPixels_ = 0;
-    double validSum_ = 0.0;
-    float validMin_ = std::numeric_limits<float>::infinity();
-    float validMax_ = -std::numeric_limits<float>::infinity();
-    std::array<std::size_t, 256> byStatus_{};
+    std::size_t mFrames = 0;
+    std::size_t mPixels = 0;
+    double mMilliseconds = 0.0;
+    std::size_t mValidPixels = 0;
+    double mValidSum = 0.0;
+    float mValidMin = std::numeric_limits<float>::infinity();
+    float mValidMax = -std::numeric_limits<float>::infinity();
+    std::array<std::size_t, 256> mByStatus{};
 };
 
 } // namespace convert

@@ -47,17 +47,17 @@ std::uint32_t TextScale(std::uint32_t frameHeight) {
 
 class Canvas {
 public:
-    explicit Canvas(Picture& picture) : p_(picture) {}
+    explicit Canvas(Picture& picture) : mPicture(picture) {}
 
     void Fill(std::uint32_t x0, std::uint32_t y0, std::uint32_t x1, std::uint32_t y1, Rgb colour) {
-        for (std::uint32_t y = y0; y < std::min(y1, p_.height); ++y) {
-            for (std::uint32_t x = x0; x < std::min(x1, p_.width); ++x) {
+        for (std::uint32_t y = y0; y < std::min(y1, mPicture.height); ++y) {
+            for (std::uint32_t x = x0; x < std::min(x1, mPicture.width); ++x) {
                 Set(x, y, colour);
             }
         }
     }
     void Set(std::uint32_t x, std::uint32_t y, Rgb colour) {
-        std::uint8_t* pixel = &p_.rgb[(std::size_t{y} * p_.width + x) * 3];
+        std::uint8_t* pixel = &mPicture.rgb[(std::size_t{y} * mPicture.width + x) * 3];
         pixel[0] = colour.r;
         pixel[1] = colour.g;
         pixel[2] = colour.b;
@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    Picture& p_;
+    Picture& mPicture;
 };
 
 std::string Label(float value, vz::ETempType unit) {

@@ -31,7 +31,7 @@ std::optional<unsigned char> ParsePreset(std::string_view text) {
 
 class Parser {
 public:
-    explicit Parser(Options& options) : o_(options) {}
+    explicit Parser(Options& options) : mOptions(options) {}
     Parser(const Parser&) = delete;
     Parser& operator=(const Parser&) = delete;
 
@@ -39,12 +39,12 @@ public:
         for (std::size_t i = 0; i < arguments.size(); ++i) {
             const std::wstring& argument = arguments[i];
             if (!argument.starts_with(L"-") || argument == L"-") {
-                o_.inputs.emplace_back(argument);
+                mOptions.inputs.emplace_back(argument);
                 continue;
             }
             const auto equals = argument.find(L'=');
             const std::string name = formats::Narrow(argument.substr(0, equals));
-            if (const auto flag = flags_.find(name); flag != flags_.end()) {
+            if (const auto flag = mFlags.find(name); flag != mFlags.end()) {
                 if (equals != std::wstring::npos) {
                     error = name + " takes no value";
                     return false;
@@ -52,8 +52,8 @@ public:
                 *flag->second = true;
                 continue;
             }
-            const auto option = valued_.find(name);
-            if (option == valued_.end()) {
+            const auto option = mValued.find(name);
+            if (option == mValued.end()) {
                 error = "unknown option " + name + " (see --help)";
                 return false;
             }
@@ -67,11 +67,11 @@ public:
                 return false;
             }
             if (!option->second(value)) {
-                error = name + ": \"" + formats::Narrow(value) + "\" " + problem_;
+                error = name + ": \"" + formats::Narrow(value) + "\" " + mProblem;
                 return false;
             }
         }
-        return o_.help || Finish(error);
+        return mOptions.help || Finish(error);
     }
 
 private:
@@ -79,7 +79,7 @@ private:
 
     // For the value handlers: what is wrong with the value.
     bool Refuse(const char* problem) {
-        problem_ = problem;
+        mProblem = problem;
         return false;
     }
 
@@ -119,8 +119,8 @@ private:
     }
 
     bool Type(const std::wstring& value) {
-        type_ = formats::ParseElementType(formats::Narrow(value));
-        if (!type_) {
+        mType = formats::ParseElementType(formats::Narrow(value));
+        if (!mType) {
             return Refuse("is not an element type (Int8, UInt8, Int16, UInt16, Int32, UInt32, "
                           "Int64, UInt64, Float, Double)");
         }
@@ -132,8 +132,8 @@ private:
         if (!preset) {
             return Refuse("is not a preset from 0 to 3");
         }
-        o_.preset = *preset;
-        presetGiven_ = true;
+        mOptions.preset = *preset;
+        mPresetGiven = true;
         return true;
     }
 
@@ -145,7 +145,7 @@ private:
         if (!preset || equals + 1 == value.size()) {
             return Refuse("is not P=FILE with a preset P from 0 to 3");
         }
-        o_.factoryCal[*preset] = value.substr(equals + 1);
+        mOptions.factoryCal[*preset] = value.substr(equals + 1);
         return true;
     }
 
@@ -161,7 +161,7 @@ private:
         if (!low || !high || !std::isfinite(*low) || !std::isfinite(*high) || !(*low < *high)) {
             return Refuse("is not MIN:MAX with MIN below MAX");
         }
-        o_.range = TemperatureRange{*low, *high};
+        mOptions.range = TemperatureRange{*low, *high};
         return true;
     }
 
@@ -173,54 +173,56 @@ private:
     // Checks how the options combine and derives what they imply.
     bool Finish(std::string& error) {
         const int dispatchOptions =
-            int(presetGiven_) + int(!o_.presetMap.empty()) + int(!o_.keys.empty());
-        if (o_.inputs.empty()) {
+            int(mPresetGiven) + int(!mOptions.presetMap.empty()) + int(!mOptions.keys.empty());
+        if (mOptions.inputs.empty()) {
             error = "no input given (see --help)";
         } else if (dispatchOptions > 1) {
             error = "--preset, --preset-map and --keys exclude each other";
-        } else if (o_.keys.empty() != o_.keyTable.empty()) {
-            error = o_.keys.empty() ? "--key-table needs --keys" : "--keys needs --key-table";
-        } else if (type_ && (!o_.width || !o_.height)) {
+        } else if (mOptions.keys.empty() != mOptions.keyTable.empty()) {
+            error = mOptions.keys.empty() ? "--key-table needs --keys" : "--keys needs --key-table";
+        } else if (mType && (!mOptions.width || !mOptions.height)) {
             error = "--type needs --width and --height";
         } else {
-            if (type_) {
-                o_.raw = formats::RawLayout{*o_.width, *o_.height, *type_};
+            if (mType) {
+                mOptions.raw = formats::RawLayout{*mOptions.width, *mOptions.height, *mType};
             }
-            o_.dispatch = !o_.presetMap.empty() ? Dispatch::PresetMap
-                          : !o_.keys.empty()    ? Dispatch::Keyed
-                                                : Dispatch::Uniform;
-            o_.png = o_.png || !(o_.pfm || o_.csv || o_.status);
+            mOptions.dispatch = !mOptions.presetMap.empty() ? Dispatch::PresetMap
+                                : !mOptions.keys.empty()    ? Dispatch::Keyed
+                                                            : Dispatch::Uniform;
+            mOptions.png = mOptions.png || !(mOptions.pfm || mOptions.csv || mOptions.status);
             return true;
         }
         return false;
     }
 
-    Options& o_;
-    std::string problem_;
-    bool presetGiven_ = false;
-    std::optional<vz::EDataType> type_;
+    Options& mOptions;
+    std::string mProblem;
+    bool mPresetGiven = false;
+    std::optional<vz::EDataType> mType;
 
-    const std::map<std::string, bool*> flags_{{"--help", &o_.help},     {"-h", &o_.help},
-                                              {"--pfm", &o_.pfm},       {"--csv", &o_.csv},
-                                              {"--status", &o_.status}, {"--png", &o_.png}};
-    const std::map<std::string, Handler> valued_{
-        {"--width", [this](const std::wstring& v) { return Side(v, o_.width); }},
-        {"--height", [this](const std::wstring& v) { return Side(v, o_.height); }},
+    const std::map<std::string, bool*> mFlags{
+        {"--help", &mOptions.help}, {"-h", &mOptions.help},         {"--pfm", &mOptions.pfm},
+        {"--csv", &mOptions.csv},   {"--status", &mOptions.status}, {"--png", &mOptions.png}};
+    const std::map<std::string, Handler> mValued{
+        {"--width", [this](const std::wstring& v) { return Side(v, mOptions.width); }},
+        {"--height", [this](const std::wstring& v) { return Side(v, mOptions.height); }},
         {"--type", [this](const std::wstring& v) { return Type(v); }},
         {"--preset", [this](const std::wstring& v) { return Preset(v); }},
-        {"--preset-map", [this](const std::wstring& v) { return Path(v, o_.presetMap); }},
-        {"--keys", [this](const std::wstring& v) { return Path(v, o_.keys); }},
-        {"--key-table", [this](const std::wstring& v) { return Path(v, o_.keyTable); }},
+        {"--preset-map", [this](const std::wstring& v) { return Path(v, mOptions.presetMap); }},
+        {"--keys", [this](const std::wstring& v) { return Path(v, mOptions.keys); }},
+        {"--key-table", [this](const std::wstring& v) { return Path(v, mOptions.keyTable); }},
         {"--factory-cal", [this](const std::wstring& v) { return FactoryCal(v); }},
         {"--object-params",
-         [this](const std::wstring& v) { return Path(v, o_.objectParams.emplace()); }},
-        {"--emissivity", [this](const std::wstring& v) { return Ratio(v, o_.emissivity); }},
-        {"--transmission", [this](const std::wstring& v) { return Ratio(v, o_.transmission); }},
-        {"--reflected", [this](const std::wstring& v) { return Celsius(v, o_.reflectedC); }},
-        {"--atmosphere", [this](const std::wstring& v) { return Celsius(v, o_.atmosphereC); }},
-        {"--lut-unit", [this](const std::wstring& v) { return Unit(v, o_.lutUnit); }},
-        {"--unit", [this](const std::wstring& v) { return Unit(v, o_.unit); }},
-        {"--out", [this](const std::wstring& v) { return Path(v, o_.outFolder.emplace()); }},
+         [this](const std::wstring& v) { return Path(v, mOptions.objectParams.emplace()); }},
+        {"--emissivity", [this](const std::wstring& v) { return Ratio(v, mOptions.emissivity); }},
+        {"--transmission",
+         [this](const std::wstring& v) { return Ratio(v, mOptions.transmission); }},
+        {"--reflected", [this](const std::wstring& v) { return Celsius(v, mOptions.reflectedC); }},
+        {"--atmosphere",
+         [this](const std::wstring& v) { return Celsius(v, mOptions.atmosphereC); }},
+        {"--lut-unit", [this](const std::wstring& v) { return Unit(v, mOptions.lutUnit); }},
+        {"--unit", [this](const std::wstring& v) { return Unit(v, mOptions.unit); }},
+        {"--out", [this](const std::wstring& v) { return Path(v, mOptions.outFolder.emplace()); }},
         {"--range", [this](const std::wstring& v) { return Range(v); }},
     };
 };

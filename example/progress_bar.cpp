@@ -17,24 +17,24 @@ constexpr int kLineWidth = 79;
 } // namespace
 
 ProgressBar::ProgressBar(std::size_t total)
-    : total_(total), enabled_(_isatty(_fileno(stderr)) != 0) {}
+    : mTotal(total), mEnabled(_isatty(_fileno(stderr)) != 0) {}
 
 ProgressBar::~ProgressBar() {
-    if (enabled_) {
+    if (mEnabled) {
         std::fprintf(stderr, "\r%*s\r", kLineWidth, "");
         std::fflush(stderr);
     }
 }
 
 void ProgressBar::Show(std::size_t done, const std::filesystem::path& current) {
-    if (!enabled_ || total_ == 0) {
+    if (!mEnabled || mTotal == 0) {
         return;
     }
-    const std::size_t filled = kBarWidth * done / total_;
+    const std::size_t filled = kBarWidth * done / mTotal;
     const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
     const std::string name = formats::DisplayName(current.filename());
     std::fprintf(stderr, "\r[%s] %llu/%llu %-30.30s", bar.c_str(),
-                 static_cast<unsigned long long>(done), static_cast<unsigned long long>(total_),
+                 static_cast<unsigned long long>(done), static_cast<unsigned long long>(mTotal),
                  name.c_str());
     std::fflush(stderr);
 }

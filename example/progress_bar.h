@@ -19,8 +19,8 @@ public:
     void Show(std::size_t done, const std::filesystem::path& current);
 
 private:
-    std::size_t total_;
-    bool enabled_;
+    std::size_t mTotal;
+    bool mEnabled;
 };
 
 } // namespace convert

@@ -31,50 +31,50 @@ bool ReadWholeFile(const std::filesystem::path& file, std::vector<std::byte>& by
 // Walks a PGM header: whitespace and "#" comments may come before every number.
 class HeaderReader {
 public:
-    explicit HeaderReader(const std::vector<std::byte>& bytes) : bytes_(bytes) {}
+    explicit HeaderReader(const std::vector<std::byte>& bytes) : mBytes(bytes) {}
 
     std::optional<std::uint32_t> Number() {
         SkipSpaceAndComments();
         std::uint64_t value = 0;
-        const std::size_t start = position_;
-        while (position_ < bytes_.size() && std::isdigit(Peek()) && value <= UINT32_MAX) {
+        const std::size_t start = mPosition;
+        while (mPosition < mBytes.size() && std::isdigit(Peek()) && value <= UINT32_MAX) {
             value = value * 10 + static_cast<unsigned>(Peek() - '0');
-            ++position_;
+            ++mPosition;
         }
-        if (position_ == start || value > UINT32_MAX) {
+        if (mPosition == start || value > UINT32_MAX) {
             return std::nullopt;
         }
         return static_cast<std::uint32_t>(value);
     }
     // The one whitespace character between the header and the samples.
     bool EndOfHeader() {
-        if (position_ >= bytes_.size() || !std::isspace(Peek())) {
+        if (mPosition >= mBytes.size() || !std::isspace(Peek())) {
             return false;
         }
-        ++position_;
+        ++mPosition;
         return true;
     }
-    std::size_t Position() const { return position_; }
+    std::size_t Position() const { return mPosition; }
 
 private:
-    unsigned char Peek() const { return static_cast<unsigned char>(bytes_[position_]); }
+    unsigned char Peek() const { return static_cast<unsigned char>(mBytes[mPosition]); }
 
     void SkipSpaceAndComments() {
-        while (position_ < bytes_.size()) {
+        while (mPosition < mBytes.size()) {
             if (Peek() == '#') {
-                while (position_ < bytes_.size() && Peek() != '\n') {
-                    ++position_;
+                while (mPosition < mBytes.size() && Peek() != '\n') {
+                    ++mPosition;
                 }
             } else if (std::isspace(Peek())) {
-                ++position_;
+                ++mPosition;
             } else {
                 return;
             }
         }
     }
 
-    const std::vector<std::byte>& bytes_;
-    std::size_t position_ = 2; // after the magic number
+    const std::vector<std::byte>& mBytes;
+    std::size_t mPosition = 2; // after the magic number
 };
 
 std::string Describe(const RawLayout& layout) {

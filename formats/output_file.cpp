@@ -13,31 +13,31 @@ OutputFile::~OutputFile() {
 }
 
 OutputFile::OutputFile(OutputFile&& other) noexcept
-    : target_(std::move(other.target_)), temporary_(std::exchange(other.temporary_, {})),
-      stream_(std::move(other.stream_)) {}
+    : mTarget(std::move(other.mTarget)), mTemporary(std::exchange(other.mTemporary, {})),
+      mStream(std::move(other.mStream)) {}
 
 OutputFile& OutputFile::operator=(OutputFile&& other) noexcept {
     if (this != &other) {
         Discard();
-        target_ = std::move(other.target_);
-        temporary_ = std::exchange(other.temporary_, {});
-        stream_ = std::move(other.stream_);
+        mTarget = std::move(other.mTarget);
+        mTemporary = std::exchange(other.mTemporary, {});
+        mStream = std::move(other.mStream);
     }
     return *this;
 }
 
 void OutputFile::Discard() {
-    if (temporary_.empty()) {
+    if (mTemporary.empty()) {
         return;
     }
-    stream_.close();
-    DeleteFileW(temporary_.c_str());
-    temporary_.clear();
+    mStream.close();
+    DeleteFileW(mTemporary.c_str());
+    mTemporary.clear();
 }
 
 bool OutputFile::Open(const std::filesystem::path& target, std::string& error) {
     Discard();
-    target_ = target;
+    mTarget = target;
     const std::filesystem::path folder =
         target.has_parent_path() ? target.parent_path() : std::filesystem::path(L".");
     // The name is unique in the folder, so runs writing the same target never share one.
@@ -47,9 +47,9 @@ bool OutputFile::Open(const std::filesystem::path& target, std::string& error) {
                 std::to_string(GetLastError()) + ")";
         return false;
     }
-    temporary_ = name;
-    stream_.open(temporary_, std::ios::binary | std::ios::trunc);
-    if (!stream_) {
+    mTemporary = name;
+    mStream.open(mTemporary, std::ios::binary | std::ios::trunc);
+    if (!mStream) {
         error = DisplayName(target) + ": can't write a temporary file beside it";
         Discard();
         return false;
@@ -58,19 +58,19 @@ bool OutputFile::Open(const std::filesystem::path& target, std::string& error) {
 }
 
 bool OutputFile::Commit(std::string& error) {
-    stream_.close();
-    if (temporary_.empty() || stream_.fail()) {
-        error = DisplayName(target_) + ": write error";
+    mStream.close();
+    if (mTemporary.empty() || mStream.fail()) {
+        error = DisplayName(mTarget) + ": write error";
         Discard();
         return false;
     }
-    if (!MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        error = DisplayName(target_) + ": can't be replaced (error " +
+    if (!MoveFileExW(mTemporary.c_str(), mTarget.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        error = DisplayName(mTarget) + ": can't be replaced (error " +
                 std::to_string(GetLastError()) + ")";
         Discard();
         return false;
     }
-    temporary_.clear();
+    mTemporary.clear();
     return true;
 }
 

@@ -20,7 +20,7 @@ public:
 
     // Creates the temporary file beside target. False with a message naming target.
     bool Open(const std::filesystem::path& target, std::string& error);
-    std::ostream& Stream() { return stream_; }
+    std::ostream& Stream() { return mStream; }
     // Closes the temporary file and renames it over the target. False with a message naming
     // the target when writing or renaming failed.
     bool Commit(std::string& error);
@@ -28,9 +28,9 @@ public:
 private:
     void Discard();
 
-    std::filesystem::path target_;
-    std::filesystem::path temporary_;
-    std::ofstream stream_;
+    std::filesystem::path mTarget;
+    std::filesystem::path mTemporary;
+    std::ofstream mStream;
 };
 
 } // namespace formats

@@ -30,7 +30,7 @@ HRESULT CalibrationObject::CalSetAux(float calAux, BOOL* ok) {
     if (const auto early = BeginCall(kSlotSetAux, ok)) {
         return *early;
     }
-    *ok = model_.SetAux(calAux);
+    *ok = mModel.SetAux(calAux);
     return S_OK;
 }
 
@@ -42,7 +42,7 @@ HRESULT CalibrationObject::CalComputeLUT(ULONG entryCount, ULONG step, ULONG lar
     if (entryCount == 0 || entryCount > kMaxEntries || step != 1 || largestCount > UINT16_MAX) {
         return S_OK;
     }
-    const auto conversion = model_.Current();
+    const auto conversion = mModel.Current();
     if (!conversion) {
         return S_OK;
     }
@@ -64,7 +64,7 @@ HRESULT CalibrationObject::CalSetObjectParams(float factorA, float tempACelsius,
     if (const auto early = BeginCall(kSlotSetObjectParams, ok)) {
         return *early;
     }
-    *ok = mode == kStandardMode && model_.SetObjectParameters(ToObjectParameters(
+    *ok = mode == kStandardMode && mModel.SetObjectParameters(ToObjectParameters(
                                        factorA, tempACelsius, factorB, tempBCelsius));
     return S_OK;
 }
@@ -76,7 +76,7 @@ HRESULT CalibrationObject::CalTempToCounts(float tempCelsius, unsigned short* co
     if (const auto early = BeginCall(kSlotTempToCounts, ok)) {
         return *early;
     }
-    const auto conversion = model_.Current();
+    const auto conversion = mModel.Current();
     if (!conversion) {
         return S_OK;
     }
@@ -104,7 +104,7 @@ HRESULT CalibrationObject::CalLoadFactoryKind2(ULONG calKind, float c0, float c1
     // Other kinds need the extra coefficient, which only the general slot carries.
     *ok =
         calKind == 2 &&
-        model_.LoadFactory(ToFactoryCalibration(
+        mModel.LoadFactory(ToFactoryCalibration(
             {calKind, {c0, c1, c2, c3, c4, c5}, 0.0f, countsLow, countsHigh, tempMinK, tempMaxK}));
     return S_OK;
 }
@@ -113,7 +113,7 @@ HRESULT CalibrationObject::CalSetIntegrationTime(LONG integrationTime, BOOL* ok)
     if (const auto early = BeginCall(kSlotSetIntegrationTime, ok)) {
         return *early;
     }
-    *ok = model_.SetIntegrationTime(integrationTime);
+    *ok = mModel.SetIntegrationTime(integrationTime);
     return S_OK;
 }
 
@@ -124,7 +124,7 @@ HRESULT CalibrationObject::CalLoadFactory(ULONG calKind, float c0, float c1, flo
     if (const auto early = BeginCall(kSlotLoadFactory, ok)) {
         return *early;
     }
-    *ok = model_.LoadFactory(ToFactoryCalibration(
+    *ok = mModel.LoadFactory(ToFactoryCalibration(
         {calKind, {c0, c1, c2, c3, c4, c5}, coefExtra, countsLow, countsHigh, tempMinK, tempMaxK}));
     return S_OK;
 }
@@ -140,7 +140,7 @@ HRESULT CalibrationObject::CalIntegrationTimeAt(float tempK, float count, float*
     if (mode != kStandardMode) {
         return S_OK;
     }
-    const auto time = model_.IntegrationTimeAt(tempK, count);
+    const auto time = mModel.IntegrationTimeAt(tempK, count);
     if (!time || !std::isfinite(static_cast<float>(*time))) {
         return S_OK;
     }

@@ -47,7 +47,7 @@ private:
     // call ends with it.
     static std::optional<HRESULT> BeginCall(OsCalibrationSlot slot, BOOL* ok);
 
-    RadiometricModel model_;
+    RadiometricModel mModel;
 };
 
 } // namespace camsim

@@ -4,15 +4,15 @@
 
 namespace camsim {
 
-HostObject::HostObject() : version_(ReadConfiguredServerVersion()) {}
+HostObject::HostObject() : mVersion(ReadConfiguredServerVersion()) {}
 
 HRESULT HostObject::GetServerVersion(ULONG* major, ULONG* minor, ULONG* build) {
     if (major == nullptr || minor == nullptr || build == nullptr) {
         return E_POINTER;
     }
-    *major = version_.major;
-    *minor = version_.minor;
-    *build = version_.build;
+    *major = mVersion.major;
+    *minor = mVersion.minor;
+    *build = mVersion.build;
     return S_OK;
 }
 

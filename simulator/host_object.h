@@ -24,7 +24,7 @@ public:
     HRESULT STDMETHODCALLTYPE GetServerVersion(ULONG* major, ULONG* minor, ULONG* build) override;
 
 private:
-    ServerVersion version_;
+    ServerVersion mVersion;
 };
 
 } // namespace camsim

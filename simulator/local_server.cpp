@@ -30,49 +30,49 @@ public:
 
     HRESULT Register(REFCLSID clsid, IUnknown* factory) {
         const HRESULT hr = CoRegisterClassObject(clsid, factory, CLSCTX_LOCAL_SERVER,
-                                                 REGCLS_MULTIPLEUSE, &cookie_);
-        registered_ = SUCCEEDED(hr);
+                                                 REGCLS_MULTIPLEUSE, &mCookie);
+        mRegistered = SUCCEEDED(hr);
         return hr;
     }
     void Revoke() {
-        if (registered_) {
-            CoRevokeClassObject(cookie_);
-            registered_ = false;
+        if (mRegistered) {
+            CoRevokeClassObject(mCookie);
+            mRegistered = false;
         }
     }
 
 private:
-    DWORD cookie_ = 0;
-    bool registered_ = false;
+    DWORD mCookie = 0;
+    bool mRegistered = false;
 };
 
 // Both classes as the running loop serves them. The last release revokes them at once, so
 // that a new activation starts a new server rather than reaching this one as it exits.
 class ServedClasses {
 public:
-    ServedClasses() { running_ = this; }
-    ~ServedClasses() { running_ = nullptr; }
+    ServedClasses() { mRunning = this; }
+    ~ServedClasses() { mRunning = nullptr; }
     ServedClasses(const ServedClasses&) = delete;
     ServedClasses& operator=(const ServedClasses&) = delete;
 
     HRESULT Register() {
-        const HRESULT hr = host_.Register(CLSID_OstrelHost, &gHostFactory);
-        return FAILED(hr) ? hr : calibration_.Register(CLSID_OsCalibration, &gCalibrationFactory);
+        const HRESULT hr = mHost.Register(CLSID_OstrelHost, &gHostFactory);
+        return FAILED(hr) ? hr : mCalibration.Register(CLSID_OsCalibration, &gCalibrationFactory);
     }
 
     // Ends the loop; runs on the loop's thread, from the last release or the idle timer.
     static void Stop() {
-        if (running_ != nullptr) {
-            running_->host_.Revoke();
-            running_->calibration_.Revoke();
+        if (mRunning != nullptr) {
+            mRunning->mHost.Revoke();
+            mRunning->mCalibration.Revoke();
         }
         PostQuitMessage(0);
     }
 
 private:
-    static inline ServedClasses* running_ = nullptr;
-    ClassRegistration host_;
-    ClassRegistration calibration_;
+    static inline ServedClasses* mRunning = nullptr;
+    ClassRegistration mHost;
+    ClassRegistration mCalibration;
 };
 
 void KillThreadTimer(UINT_PTR timer) {

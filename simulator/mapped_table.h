@@ -17,14 +17,14 @@ public:
     static std::optional<MappedTable> Open(const wchar_t* name, std::size_t bytes,
                                            DWORD viewAccess);
 
-    void* Data() const { return view_.get(); }
+    void* Data() const { return mView.get(); }
 
 private:
     MappedTable(owners::UniqueHandle mapping, owners::UniqueView<void> view)
-        : mapping_(std::move(mapping)), view_(std::move(view)) {}
+        : mMapping(std::move(mapping)), mView(std::move(view)) {}
 
-    owners::UniqueHandle mapping_;
-    owners::UniqueView<void> view_;
+    owners::UniqueHandle mMapping;
+    owners::UniqueView<void> mView;
 };
 
 } // namespace camsim

@@ -29,11 +29,11 @@ bool IsInAnalyticRange(double tempK) {
 
 } // namespace
 
-Conversion::Conversion(const Terms& terms) : terms_(terms) {
-    floorCount_ = Count(kFloorK);
-    floorSlope_ = KelvinPerRadiance(terms.r, terms.b, terms.f, kFloorK) / terms.gain;
-    ceilingCount_ = Count(kCeilingK);
-    ceilingSlope_ = KelvinPerRadiance(terms.r, terms.b, terms.f, kCeilingK) / terms.gain;
+Conversion::Conversion(const Terms& terms) : mTerms(terms) {
+    mFloorCount = Count(kFloorK);
+    mFloorSlope = KelvinPerRadiance(terms.r, terms.b, terms.f, kFloorK) / terms.gain;
+    mCeilingCount = Count(kCeilingK);
+    mCeilingSlope = KelvinPerRadiance(terms.r, terms.b, terms.f, kCeilingK) / terms.gain;
 }
 
 std::optional<Conversion> Conversion::Make(const Terms& terms) {
@@ -48,39 +48,39 @@ std::optional<Conversion> Conversion::Make(const Terms& terms) {
     }
     const Conversion conversion(terms);
     // The floor must be resolvable above the offset, or counts near it have no temperature.
-    if (!std::isfinite(conversion.floorCount_) || !std::isfinite(conversion.ceilingCount_) ||
-        !(conversion.floorCount_ > terms.offset) ||
-        !(conversion.ceilingCount_ > conversion.floorCount_) ||
-        !IsPositiveFinite(conversion.floorSlope_) || !IsPositiveFinite(conversion.ceilingSlope_)) {
+    if (!std::isfinite(conversion.mFloorCount) || !std::isfinite(conversion.mCeilingCount) ||
+        !(conversion.mFloorCount > terms.offset) ||
+        !(conversion.mCeilingCount > conversion.mFloorCount) ||
+        !IsPositiveFinite(conversion.mFloorSlope) || !IsPositiveFinite(conversion.mCeilingSlope)) {
         return std::nullopt;
     }
     return conversion;
 }
 
 double Conversion::Radiance(double tempK) const {
-    return PlanckRadiance(terms_.r, terms_.b, terms_.f, tempK);
+    return PlanckRadiance(mTerms.r, mTerms.b, mTerms.f, tempK);
 }
 
 double Conversion::TemperatureK(double count) const {
-    if (count < floorCount_) {
+    if (count < mFloorCount) {
         // Exponential decay keeps the temperature above 0 K and matches the floor's slope.
-        return kFloorK * std::exp(floorSlope_ * (count - floorCount_) / kFloorK);
+        return kFloorK * std::exp(mFloorSlope * (count - mFloorCount) / kFloorK);
     }
-    if (count > ceilingCount_) {
-        return kCeilingK + ceilingSlope_ * (count - ceilingCount_);
+    if (count > mCeilingCount) {
+        return kCeilingK + mCeilingSlope * (count - mCeilingCount);
     }
-    const double radiance = (count - terms_.offset) / terms_.gain;
-    return terms_.b / std::log(terms_.r / radiance + terms_.f);
+    const double radiance = (count - mTerms.offset) / mTerms.gain;
+    return mTerms.b / std::log(mTerms.r / radiance + mTerms.f);
 }
 
 double Conversion::Count(double tempK) const {
     if (tempK < kFloorK) {
-        return floorCount_ + kFloorK / floorSlope_ * std::log(tempK / kFloorK);
+        return mFloorCount + kFloorK / mFloorSlope * std::log(tempK / kFloorK);
     }
     if (tempK > kCeilingK) {
-        return ceilingCount_ + (tempK - kCeilingK) / ceilingSlope_;
+        return mCeilingCount + (tempK - kCeilingK) / mCeilingSlope;
     }
-    return terms_.offset + terms_.gain * Radiance(tempK);
+    return mTerms.offset + mTerms.gain * Radiance(tempK);
 }
 
 std::optional<std::uint16_t> Conversion::NearestCount(double tempC) const {
@@ -149,7 +149,7 @@ bool RadiometricModel::LoadFactory(const FactoryCalibration& calibration) {
     if (!detector) {
         return false;
     }
-    detector_ = detector;
+    mDetector = detector;
     return true;
 }
 
@@ -157,7 +157,7 @@ bool RadiometricModel::SetIntegrationTime(std::int32_t integrationTime) {
     if (integrationTime <= 0) {
         return false;
     }
-    integrationTime_ = integrationTime;
+    mIntegrationTime = integrationTime;
     return true;
 }
 
@@ -165,7 +165,7 @@ bool RadiometricModel::SetAux(double aux) {
     if (!std::isfinite(aux)) {
         return false;
     }
-    aux_ = aux;
+    mAux = aux;
     return true;
 }
 
@@ -176,43 +176,43 @@ bool RadiometricModel::SetObjectParameters(const ObjectParameters& parameters) {
         !IsInAnalyticRange(parameters.atmosphereC + kCelsiusOffset)) {
         return false;
     }
-    object_ = parameters;
+    mObject = parameters;
     return true;
 }
 
 double RadiometricModel::BackgroundRadiance(const Detector& detector) const {
     const double reflected =
-        PlanckRadiance(detector.r, detector.b, detector.f, object_.reflectedC + kCelsiusOffset);
+        PlanckRadiance(detector.r, detector.b, detector.f, mObject.reflectedC + kCelsiusOffset);
     const double atmosphere =
-        PlanckRadiance(detector.r, detector.b, detector.f, object_.atmosphereC + kCelsiusOffset);
-    return object_.transmission * (1.0 - object_.emissivity) * reflected +
-           (1.0 - object_.transmission) * atmosphere;
+        PlanckRadiance(detector.r, detector.b, detector.f, mObject.atmosphereC + kCelsiusOffset);
+    return mObject.transmission * (1.0 - mObject.emissivity) * reflected +
+           (1.0 - mObject.transmission) * atmosphere;
 }
 
 Conversion::Terms RadiometricModel::TermsAt(const Detector& detector, double time) const {
     const double scale = time / detector.referenceTime;
     return {detector.r, detector.b, detector.f,
-            detector.offset + detector.drift * aux_ + scale * BackgroundRadiance(detector),
-            scale * object_.emissivity * object_.transmission};
+            detector.offset + detector.drift * mAux + scale * BackgroundRadiance(detector),
+            scale * mObject.emissivity * mObject.transmission};
 }
 
 std::optional<Conversion> RadiometricModel::Current() const {
-    if (!detector_) {
+    if (!mDetector) {
         return std::nullopt;
     }
     const double time =
-        integrationTime_ ? static_cast<double>(*integrationTime_) : detector_->referenceTime;
-    return Conversion::Make(TermsAt(*detector_, time));
+        mIntegrationTime ? static_cast<double>(*mIntegrationTime) : mDetector->referenceTime;
+    return Conversion::Make(TermsAt(*mDetector, time));
 }
 
 std::optional<double> RadiometricModel::IntegrationTimeAt(double tempK, double count) const {
-    if (!detector_ || !IsInAnalyticRange(tempK) || !std::isfinite(count)) {
+    if (!mDetector || !IsInAnalyticRange(tempK) || !std::isfinite(count)) {
         return std::nullopt;
     }
-    const Detector& d = *detector_;
-    const double signal = count - d.offset - d.drift * aux_;
+    const Detector& d = *mDetector;
+    const double signal = count - d.offset - d.drift * mAux;
     const double radiance =
-        object_.emissivity * object_.transmission * PlanckRadiance(d.r, d.b, d.f, tempK) +
+        mObject.emissivity * mObject.transmission * PlanckRadiance(d.r, d.b, d.f, tempK) +
         BackgroundRadiance(d);
     const double time = d.referenceTime * signal / radiance;
     if (!IsPositiveFinite(time)) {

@@ -70,11 +70,11 @@ private:
 
     double Radiance(double tempK) const;
 
-    Terms terms_;
-    double floorCount_ = 0.0;
-    double floorSlope_ = 0.0; // kelvin per count at the floor
-    double ceilingCount_ = 0.0;
-    double ceilingSlope_ = 0.0;
+    Terms mTerms;
+    double mFloorCount = 0.0;
+    double mFloorSlope = 0.0; // kelvin per count at the floor
+    double mCeilingCount = 0.0;
+    double mCeilingSlope = 0.0;
 };
 
 // One calibration object's inputs; each setter refuses nonsense and keeps the previous value.
@@ -102,10 +102,10 @@ private:
     Conversion::Terms TermsAt(const Detector& detector, double time) const;
     double BackgroundRadiance(const Detector& detector) const;
 
-    std::optional<Detector> detector_;
-    std::optional<std::int32_t> integrationTime_; // the reference time until set
-    double aux_ = 0.0;
-    ObjectParameters object_;
+    std::optional<Detector> mDetector;
+    std::optional<std::int32_t> mIntegrationTime; // the reference time until set
+    double mAux = 0.0;
+    ObjectParameters mObject;
 };
 
 } // namespace camsim

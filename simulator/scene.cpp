@@ -22,14 +22,14 @@ public:
 private:
     // In (0, 1], so the logarithm above stays finite.
     double Uniform() {
-        std::uint64_t z = (state_ += 0x9E3779B97F4A7C15u);
+        std::uint64_t z = (mState += 0x9E3779B97F4A7C15u);
         z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
         z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
         z ^= z >> 31;
         return (static_cast<double>(z >> 11) + 1.0) / 9007199254740992.0;
     }
 
-    std::uint64_t state_ = kNoiseSeed;
+    std::uint64_t mState = kNoiseSeed;
 };
 
 double Smoothstep(double edge0, double edge1, double x) {

@@ -30,9 +30,9 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
+    ULONG STDMETHODCALLTYPE AddRef() final { return ++mReferences; }
     ULONG STDMETHODCALLTYPE Release() final {
-        const ULONG left = --references_;
+        const ULONG left = --mReferences;
         if (left == 0) {
             delete static_cast<Derived*>(this);
         }
@@ -45,8 +45,8 @@ protected:
     ~ServerObject() = default;
 
 private:
-    std::atomic<ULONG> references_{1};
-    ServerReference serverReference_;
+    std::atomic<ULONG> mReferences{1};
+    ServerReference mServerReference;
 };
 
 } // namespace camsim

@@ -30,21 +30,21 @@ void PrintTo(const BadRun& run, std::ostream* out) {
 class BadInput : public ConvertProgram, public testing::WithParamInterface<BadRun> {};
 
 TEST_P(BadInput, FailsWithOneLineAndNoOutput) {
-    WritePgm(work_ / L"f.pgm", 4, 4, std::vector<std::uint16_t>(16, 30000), 65535);
+    WritePgm(mWork / L"f.pgm", 4, 4, std::vector<std::uint16_t>(16, 30000), 65535);
     if (GetParam().file && GetParam().bytes.empty()) {
-        std::filesystem::create_directory(work_ / GetParam().file);
+        std::filesystem::create_directory(mWork / GetParam().file);
     } else if (GetParam().file) {
-        WriteBytes(work_ / GetParam().file, GetParam().bytes);
+        WriteBytes(mWork / GetParam().file, GetParam().bytes);
     }
-    const auto before = FolderContents(work_.Path());
+    const auto before = FolderContents(mWork.Path());
     std::vector<std::wstring> arguments = GetParam().arguments;
     arguments.insert(arguments.end(),
                      {L"--out", L"out", L"--pfm", L"--csv", L"--status", L"--png"});
 
     ExpectOneLineFailure(Convert(arguments), GetParam().named);
 
-    EXPECT_EQ(FolderContents(work_ / L"out"), std::vector<std::wstring>{});
-    auto after = FolderContents(work_.Path());
+    EXPECT_EQ(FolderContents(mWork / L"out"), std::vector<std::wstring>{});
+    auto after = FolderContents(mWork.Path());
     std::erase(after, L"out");
     EXPECT_EQ(after, before);
 }
@@ -81,23 +81,23 @@ void PrintTo(const ServerFault& fault, std::ostream* out) {
 class FailingServer : public ConvertProgram, public testing::WithParamInterface<ServerFault> {
 protected:
     void TearDown() override {
-        if (control_) {
-            control_->SetFault(GetParam().slot, 0);
+        if (mControl) {
+            mControl->SetFault(GetParam().slot, 0);
         }
     }
     // Declared in this order so that the control goes before the handle that gave it.
-    COstrelCal calibration_ = GetOstrelCal();
-    Microsoft::WRL::ComPtr<ICamSimControl> control_ = simulator::ControlOf(calibration_);
+    COstrelCal mCalibration = GetOstrelCal();
+    Microsoft::WRL::ComPtr<ICamSimControl> mControl = simulator::ControlOf(mCalibration);
 };
 
 TEST_P(FailingServer, FailsWithOneLineAndNoOutput) {
     CopyScene(L"scene.pgm");
-    ASSERT_TRUE(control_) << "is the simulator registered?";
-    ASSERT_EQ(control_->SetFault(GetParam().slot, GetParam().mode), S_OK);
+    ASSERT_TRUE(mControl) << "is the simulator registered?";
+    ASSERT_EQ(mControl->SetFault(GetParam().slot, GetParam().mode), S_OK);
 
     ExpectOneLineFailure(Convert({L"scene.pgm", L"--pfm", L"--png"}), GetParam().named);
 
-    EXPECT_EQ(FolderContents(work_.Path()), std::vector<std::wstring>{L"scene.pgm"});
+    EXPECT_EQ(FolderContents(mWork.Path()), std::vector<std::wstring>{L"scene.pgm"});
 }
 
 INSTANTIATE_TEST_SUITE_P(

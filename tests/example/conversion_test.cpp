@@ -39,11 +39,11 @@ TEST_P(SceneTemperatures, MatchTheTruthAtEveryPixel) {
 
     std::uint32_t width = 0, height = 0;
     const auto truth = testfiles::ReadPfm(SceneTruth(), width, height);
-    const auto converted = testfiles::ReadPfm(work_ / L"scene.pfm", width, height);
+    const auto converted = testfiles::ReadPfm(mWork / L"scene.pfm", width, height);
     ASSERT_EQ(width, kSceneWidth);
     ASSERT_EQ(height, kSceneHeight);
     ASSERT_EQ(truth.size(), converted.size());
-    EXPECT_TRUE(ReadBytes(work_ / L"scene.status.pgm") ==
+    EXPECT_TRUE(ReadBytes(mWork / L"scene.status.pgm") ==
                 "P5\n64 48\n4\n" + std::string(converted.size(), '\0'))
         << "the scene lies inside the calibrated range: every status is 0";
     for (std::size_t i = 0; i < converted.size(); ++i) {
@@ -81,16 +81,16 @@ void PrintTo(const RawKind& kind, std::ostream* out) {
 class RawFrames : public ConvertProgram, public testing::WithParamInterface<RawKind> {};
 
 TEST_P(RawFrames, ConvertLikeThePgmOfTheSameCounts) {
-    testfiles::WritePgm(work_ / L"f.pgm", 3, 2, kCounts, 65535);
-    testfiles::WriteBytes(work_ / L"f.raw", GetParam().bytes());
+    testfiles::WritePgm(mWork / L"f.pgm", 3, 2, kCounts, 65535);
+    testfiles::WriteBytes(mWork / L"f.raw", GetParam().bytes());
     const auto fromPgm = Convert({L"f.pgm", L"--pfm", L"--out", L"pgm"});
     ASSERT_EQ(fromPgm.exitCode, 0u) << fromPgm.err;
     const auto fromRaw = Convert({L"f.raw", L"--pfm", L"--out", L"raw", L"--type", GetParam().type,
                                   L"--width", L"3", L"--height", L"2"});
     ASSERT_EQ(fromRaw.exitCode, 0u) << fromRaw.err;
-    const std::string expected = ReadBytes(work_ / L"pgm" / L"f.pfm");
+    const std::string expected = ReadBytes(mWork / L"pgm" / L"f.pfm");
     ASSERT_FALSE(expected.empty());
-    EXPECT_TRUE(ReadBytes(work_ / L"raw" / L"f.pfm") == expected);
+    EXPECT_TRUE(ReadBytes(mWork / L"raw" / L"f.pfm") == expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(, RawFrames,
@@ -107,9 +107,9 @@ TEST_F(ConvertProgram, DispatchersGiveIdenticalTemperatures) {
             keys.push_back(static_cast<std::uint16_t>(1000 + (x * 7 + y) % 5));
         }
     }
-    testfiles::WritePgm(work_ / L"map.pgm", kSceneWidth, kSceneHeight, presets, 255);
-    testfiles::WritePgm(work_ / L"keys.pgm", kSceneWidth, kSceneHeight, keys, 65535);
-    testfiles::WriteBytes(work_ / L"table.txt", "1000 0\n1001 1\n1002 2\n1003 3\n1004 1\n");
+    testfiles::WritePgm(mWork / L"map.pgm", kSceneWidth, kSceneHeight, presets, 255);
+    testfiles::WritePgm(mWork / L"keys.pgm", kSceneWidth, kSceneHeight, keys, 65535);
+    testfiles::WriteBytes(mWork / L"table.txt", "1000 0\n1001 1\n1002 2\n1003 3\n1004 1\n");
 
     const std::vector<std::vector<std::wstring>> runs{
         {L"--preset", L"2", L"--out", L"uniform"},
@@ -121,43 +121,43 @@ TEST_F(ConvertProgram, DispatchersGiveIdenticalTemperatures) {
         const auto result = Convert(arguments);
         ASSERT_EQ(result.exitCode, 0u) << result.err;
     }
-    const std::string uniform = ReadBytes(work_ / L"uniform" / L"scene.pfm");
+    const std::string uniform = ReadBytes(mWork / L"uniform" / L"scene.pfm");
     ASSERT_FALSE(uniform.empty());
-    EXPECT_TRUE(ReadBytes(work_ / L"map" / L"scene.pfm") == uniform);
-    EXPECT_TRUE(ReadBytes(work_ / L"keyed" / L"scene.pfm") == uniform);
+    EXPECT_TRUE(ReadBytes(mWork / L"map" / L"scene.pfm") == uniform);
+    EXPECT_TRUE(ReadBytes(mWork / L"keyed" / L"scene.pfm") == uniform);
 }
 
 TEST_F(ConvertProgram, PictureHoldsTheFrameAndTheColourBar) {
     CopyScene(L"scene.pgm");
-    testfiles::WritePgm(work_ / L"tiny.pgm", 4, 3, std::vector<std::uint16_t>(12, 20000), 65535);
+    testfiles::WritePgm(mWork / L"tiny.pgm", 4, 3, std::vector<std::uint16_t>(12, 20000), 65535);
     const auto result = Convert({L"scene.pgm", L"tiny.pgm", L"--range", L"20:40"});
     ASSERT_EQ(result.exitCode, 0u) << result.err;
     EXPECT_NE(result.out.find("Converted 2 frames"), std::string::npos) << result.out;
 
-    const auto scene = testfiles::ReadPngSize(work_ / L"scene.png");
+    const auto scene = testfiles::ReadPngSize(mWork / L"scene.png");
     EXPECT_EQ(scene.width, kSceneWidth + convert::ColourBarPanelWidth(kSceneHeight));
     EXPECT_EQ(scene.height, kSceneHeight);
-    const auto tiny = testfiles::ReadPngSize(work_ / L"tiny.png");
+    const auto tiny = testfiles::ReadPngSize(mWork / L"tiny.png");
     EXPECT_EQ(tiny.width, 4 + convert::ColourBarPanelWidth(3));
     EXPECT_EQ(tiny.height, convert::kMinPictureHeight);
 }
 
 TEST_F(ConvertProgram, FoldersAndWildcardsConvertEveryFrame) {
-    std::filesystem::create_directory(work_ / L"frames");
+    std::filesystem::create_directory(mWork / L"frames");
     CopyScene(L"frames\\b.pgm");
     CopyScene(L"frames\\a.pgm");
-    testfiles::WriteBytes(work_ / L"frames" / L"a.status.pgm", "from an earlier run");
+    testfiles::WriteBytes(mWork / L"frames" / L"a.status.pgm", "from an earlier run");
 
     const auto folder = Convert({L"frames", L"--status"});
     ASSERT_EQ(folder.exitCode, 0u) << folder.err;
     EXPECT_NE(folder.out.find("Converted 2 frames"), std::string::npos) << folder.out;
-    EXPECT_EQ(FolderContents(work_ / L"frames"),
+    EXPECT_EQ(FolderContents(mWork / L"frames"),
               (std::vector<std::wstring>{L"a.pgm", L"a.status.pgm", L"b.pgm", L"b.status.pgm"}));
-    EXPECT_EQ(ReadBytes(work_ / L"frames" / L"a.status.pgm").substr(0, 11), "P5\n64 48\n4\n");
+    EXPECT_EQ(ReadBytes(mWork / L"frames" / L"a.status.pgm").substr(0, 11), "P5\n64 48\n4\n");
 
     const auto wildcard = Convert({L"frames\\*.pgm", L"--pfm", L"--out", L"results"});
     ASSERT_EQ(wildcard.exitCode, 0u) << wildcard.err;
-    EXPECT_EQ(FolderContents(work_ / L"results"), (std::vector<std::wstring>{L"a.pfm", L"b.pfm"}));
+    EXPECT_EQ(FolderContents(mWork / L"results"), (std::vector<std::wstring>{L"a.pfm", L"b.pfm"}));
 }
 
 } // namespace

@@ -34,7 +34,7 @@ std::filesystem::path SceneTruth() {
 }
 
 std::filesystem::path ConvertProgram::CopyScene(const std::wstring& name) const {
-    const std::filesystem::path copy = work_ / name;
+    const std::filesystem::path copy = mWork / name;
     std::filesystem::copy_file(SceneFile(L"scene.pgm"), copy);
     return copy;
 }

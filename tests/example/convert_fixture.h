@@ -21,10 +21,10 @@ class ConvertProgram : public testing::Test {
 protected:
     // Runs the converter with the work folder as its current folder.
     testfiles::ProgramResult Convert(const std::vector<std::wstring>& arguments) const {
-        return testfiles::RunProgram(L"ostrel-convert.exe", arguments, work_.Path());
+        return testfiles::RunProgram(L"ostrel-convert.exe", arguments, mWork.Path());
     }
     // Copies the scene into the work folder under `name`.
     std::filesystem::path CopyScene(const std::wstring& name) const;
 
-    const testfiles::ScratchFolder work_{L"convert"};
+    const testfiles::ScratchFolder mWork{L"convert"};
 };

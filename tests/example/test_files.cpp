@@ -11,15 +11,15 @@
 namespace testfiles {
 
 ScratchFolder::ScratchFolder(std::wstring_view name)
-    : path_(std::filesystem::temp_directory_path() / L"ostrel-example-tests" /
+    : mPath(std::filesystem::temp_directory_path() / L"ostrel-example-tests" /
             (std::wstring(name) + L"-" + std::to_wstring(GetCurrentProcessId()))) {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
+    std::filesystem::remove_all(mPath);
+    std::filesystem::create_directories(mPath);
 }
 
 ScratchFolder::~ScratchFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(mPath, ignored);
 }
 
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes) {

@@ -18,11 +18,11 @@ public:
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-    const std::filesystem::path& Path() const { return path_; }
-    std::filesystem::path operator/(std::wstring_view name) const { return path_ / name; }
+    const std::filesystem::path& Path() const { return mPath; }
+    std::filesystem::path operator/(std::wstring_view name) const { return mPath / name; }
 
 private:
-    std::filesystem::path path_;
+    std::filesystem::path mPath;
 };
 
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);

@@ -37,35 +37,35 @@ class SimulatorModelSettings : public ::testing::TestWithParam<Setting> {
 protected:
     void SetUp() override {
         const Setting& s = GetParam();
-        ASSERT_TRUE(model_.LoadFactory(s.calibration) && model_.SetIntegrationTime(s.time) &&
-                    model_.SetAux(s.aux) && model_.SetObjectParameters(s.object));
-        const auto conversion = model_.Current();
+        ASSERT_TRUE(mModel.LoadFactory(s.calibration) && mModel.SetIntegrationTime(s.time) &&
+                    mModel.SetAux(s.aux) && mModel.SetObjectParameters(s.object));
+        const auto conversion = mModel.Current();
         ASSERT_TRUE(conversion);
         std::vector<std::uint16_t> counts(65536);
         for (std::size_t i = 0; i < counts.size(); ++i) {
             counts[i] = static_cast<std::uint16_t>(i);
         }
-        table_.resize(counts.size());
-        ASSERT_TRUE(conversion->FillCelsius(counts, 65535, table_));
+        mTable.resize(counts.size());
+        ASSERT_TRUE(conversion->FillCelsius(counts, 65535, mTable));
     }
 
-    RadiometricModel model_;
-    std::vector<float> table_;
+    RadiometricModel mModel;
+    std::vector<float> mTable;
 };
 
 TEST_P(SimulatorModelSettings, EveryCountHasAFiniteMonotoneTemperature) {
-    for (std::size_t i = 1; i < table_.size(); ++i) {
-        ASSERT_TRUE(std::isfinite(table_[i]) && table_[i] >= -kCelsiusOffset) << "count " << i;
-        ASSERT_GE(table_[i], table_[i - 1]) << "count " << i;
+    for (std::size_t i = 1; i < mTable.size(); ++i) {
+        ASSERT_TRUE(std::isfinite(mTable[i]) && mTable[i] >= -kCelsiusOffset) << "count " << i;
+        ASSERT_GE(mTable[i], mTable[i - 1]) << "count " << i;
     }
 }
 
 TEST_P(SimulatorModelSettings, CountsSurviveTheTripThroughTemperature) {
     unsigned checked = 0;
-    for (std::size_t i = 0; i < table_.size(); ++i) {
-        const double kelvin = table_[i] + kCelsiusOffset;
+    for (std::size_t i = 0; i < mTable.size(); ++i) {
+        const double kelvin = mTable[i] + kCelsiusOffset;
         if (kelvin >= kFloorK && kelvin <= kCeilingK) {
-            const auto back = model_.Current()->NearestCount(table_[i]);
+            const auto back = mModel.Current()->NearestCount(mTable[i]);
             ASSERT_TRUE(back) << "count " << i;
             ASSERT_LE(std::abs(static_cast<int>(*back) - static_cast<int>(i)), 1);
             ++checked;

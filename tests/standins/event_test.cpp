@@ -16,36 +16,36 @@ using Member = vz::TMemberHandler2<Listener, void*, Value>;
 
 class Event : public testing::Test {
 protected:
-    Listener m_first;
-    Listener m_second;
-    Member m_firstHandler{&m_first, &Listener::OnEvent};
-    Member m_secondHandler{&m_second, &Listener::OnEvent};
-    Member m_firstOtherHandler{&m_first, &Listener::OnOtherEvent};
-    vz::CMessageQueueInvoker m_invoker;
-    vz::event1<Value> m_event;
+    Listener mFirst;
+    Listener mSecond;
+    Member mFirstHandler{&mFirst, &Listener::OnEvent};
+    Member mSecondHandler{&mSecond, &Listener::OnEvent};
+    Member mFirstOtherHandler{&mFirst, &Listener::OnOtherEvent};
+    vz::CMessageQueueInvoker mInvoker;
+    vz::event1<Value> mEvent;
 };
 
 TEST_F(Event, AttachKeepsRecordsAndDetachRemovesTheFirstWithTheSameHandler) {
-    ASSERT_TRUE(m_event.Attach(&m_firstOtherHandler));
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler));
-    ASSERT_TRUE(m_event.Attach(&m_secondHandler, &m_invoker, true));
-    ASSERT_TRUE(m_event.Attach(&m_firstHandler, &m_invoker));
-    ASSERT_EQ(m_event.GetCount(), 4u);
-    EXPECT_EQ(m_event[1].handler, &m_firstHandler);
-    EXPECT_EQ(m_event[1].invoker, nullptr);
-    EXPECT_FALSE(m_event[1].asynchronous);
-    EXPECT_EQ(m_event[2].invoker, &m_invoker);
-    EXPECT_TRUE(m_event[2].asynchronous);
+    ASSERT_TRUE(mEvent.Attach(&mFirstOtherHandler));
+    ASSERT_TRUE(mEvent.Attach(&mFirstHandler));
+    ASSERT_TRUE(mEvent.Attach(&mSecondHandler, &mInvoker, true));
+    ASSERT_TRUE(mEvent.Attach(&mFirstHandler, &mInvoker));
+    ASSERT_EQ(mEvent.GetCount(), 4u);
+    EXPECT_EQ(mEvent[1].handler, &mFirstHandler);
+    EXPECT_EQ(mEvent[1].invoker, nullptr);
+    EXPECT_FALSE(mEvent[1].asynchronous);
+    EXPECT_EQ(mEvent[2].invoker, &mInvoker);
+    EXPECT_TRUE(mEvent[2].asynchronous);
 
     // A distinct handler object calling the same target counts as the same handler.
-    const Member equalToFirst(&m_first, &Listener::OnEvent);
-    ASSERT_TRUE(m_event.Detach(&equalToFirst));
+    const Member equalToFirst(&mFirst, &Listener::OnEvent);
+    ASSERT_TRUE(mEvent.Detach(&equalToFirst));
 
-    ASSERT_EQ(m_event.GetCount(), 3u);
-    EXPECT_EQ(m_event[0].handler, &m_firstOtherHandler);
-    EXPECT_EQ(m_event[1].handler, &m_secondHandler);
-    EXPECT_EQ(m_event[2].handler, &m_firstHandler);
-    EXPECT_EQ(m_event[2].invoker, &m_invoker);
+    ASSERT_EQ(mEvent.GetCount(), 3u);
+    EXPECT_EQ(mEvent[0].handler, &mFirstOtherHandler);
+    EXPECT_EQ(mEvent[1].handler, &mSecondHandler);
+    EXPECT_EQ(mEvent[2].handler, &mFirstHandler);
+    EXPECT_EQ(mEvent[2].invoker, &mInvoker);
 }
 
 } // namespace

@@ -16,7 +16,7 @@ public:
     explicit MessageLoopThread(vz::CMessageQueueInvoker& invoker) {
         std::promise<DWORD> attached;
         std::future<DWORD> threadId = attached.get_future();
-        m_thread = std::thread([&invoker, &attached] {
+        mThread = std::thread([&invoker, &attached] {
             if (!invoker.AttachToCurrentThread()) {
                 attached.set_value(0);
                 return;
@@ -28,22 +28,22 @@ public:
             }
             invoker.Detach();
         });
-        m_threadId = threadId.get();
+        mThreadId = threadId.get();
     }
 
     ~MessageLoopThread() {
-        if (m_threadId != 0) {
-            PostThreadMessageW(m_threadId, WM_QUIT, 0, 0);
+        if (mThreadId != 0) {
+            PostThreadMessageW(mThreadId, WM_QUIT, 0, 0);
         }
-        m_thread.join();
+        mThread.join();
     }
 
     // 0 when the invoker could not be attached.
-    DWORD ThreadId() const { return m_threadId; }
+    DWORD ThreadId() const { return mThreadId; }
 
 private:
-    std::thread m_thread;
-    DWORD m_threadId = 0;
+    std::thread mThread;
+    DWORD mThreadId = 0;
 };
 
 // A call's id and the thread it ran on.
@@ -59,20 +59,20 @@ struct Journal {
 
 class RecordingCall : public vz::IInvokable {
 public:
-    RecordingCall(Journal& journal, int id) : m_journal(journal), m_id(id) {}
+    RecordingCall(Journal& journal, int id) : mJournal(journal), mId(id) {}
     ~RecordingCall() override {
-        std::lock_guard<std::mutex> lock(m_journal.lock);
-        ++m_journal.deleted;
+        std::lock_guard<std::mutex> lock(mJournal.lock);
+        ++mJournal.deleted;
     }
     void Invoke() override {
-        std::lock_guard<std::mutex> lock(m_journal.lock);
-        m_journal.executions.push_back({m_id, GetCurrentThreadId()});
+        std::lock_guard<std::mutex> lock(mJournal.lock);
+        mJournal.executions.push_back({mId, GetCurrentThreadId()});
     }
     bool SameHandler(vz::IInvokable*) override { return false; }
 
 private:
-    Journal& m_journal;
-    int m_id;
+    Journal& mJournal;
+    int mId;
 };
 
 // Invoke from another thread waits for the calls queued before it, which run first in, first out.

@@ -7,15 +7,15 @@ namespace vz {
 // Holds a critical section for its own lifetime.
 class CriticalSectionLock {
 public:
-    explicit CriticalSectionLock(CRITICAL_SECTION& section) : m_section(section) {
-        EnterCriticalSection(&m_section);
+    explicit CriticalSectionLock(CRITICAL_SECTION& section) : mSection(section) {
+        EnterCriticalSection(&mSection);
     }
-    ~CriticalSectionLock() { LeaveCriticalSection(&m_section); }
+    ~CriticalSectionLock() { LeaveCriticalSection(&mSection); }
     CriticalSectionLock(const CriticalSectionLock&) = delete;
     CriticalSectionLock& operator=(const CriticalSectionLock&) = delete;
 
 private:
-    CRITICAL_SECTION& m_section;
+    CRITICAL_SECTION& mSection;
 };
 
 } // namespace vz

@@ -2,6 +2,6 @@
 
 namespace vz {
 
-CException::CException(const CString& message) : m_message(message) {}
+CException::CException(const CString& message) : mMessage(message) {}
 
 } // namespace vz

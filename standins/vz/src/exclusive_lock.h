@@ -7,13 +7,13 @@ namespace vz {
 // Holds a slim reader/writer lock exclusively for its own lifetime.
 class ExclusiveLock {
 public:
-    explicit ExclusiveLock(SRWLOCK& lock) : m_lock(lock) { AcquireSRWLockExclusive(&m_lock); }
-    ~ExclusiveLock() { ReleaseSRWLockExclusive(&m_lock); }
+    explicit ExclusiveLock(SRWLOCK& lock) : mLock(lock) { AcquireSRWLockExclusive(&mLock); }
+    ~ExclusiveLock() { ReleaseSRWLockExclusive(&mLock); }
     ExclusiveLock(const ExclusiveLock&) = delete;
     ExclusiveLock& operator=(const ExclusiveLock&) = delete;
 
 private:
-    SRWLOCK& m_lock;
+    SRWLOCK& mLock;
 };
 
 } // namespace vz

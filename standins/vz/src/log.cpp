@@ -29,33 +29,33 @@ CLog theLog;
 
 CLog* const gLog = &theLog;
 
-CLog::CLog() : m_verbose(false), m_writer(WriteToStandardError), m_context(nullptr) {
-    InitializeCriticalSection(&m_lock);
+CLog::CLog() : mVerbose(false), mWriter(WriteToStandardError), mContext(nullptr) {
+    InitializeCriticalSection(&mLock);
 }
 
 CLog::~CLog() {
-    DeleteCriticalSection(&m_lock);
+    DeleteCriticalSection(&mLock);
 }
 
 bool CLog::getVerbose() const {
-    CriticalSectionLock lock(m_lock);
-    return m_verbose;
+    CriticalSectionLock lock(mLock);
+    return mVerbose;
 }
 
 void CLog::setVerbose(bool verbose) {
-    CriticalSectionLock lock(m_lock);
-    m_verbose = verbose;
+    CriticalSectionLock lock(mLock);
+    mVerbose = verbose;
 }
 
 void CLog::WriteLine(const CString& line) {
-    CriticalSectionLock lock(m_lock);
-    m_writer(line.c_str(), m_context);
+    CriticalSectionLock lock(mLock);
+    mWriter(line.c_str(), mContext);
 }
 
 void CLog::SetWriter(Writer writer, void* context) {
-    CriticalSectionLock lock(m_lock);
-    m_writer = writer != nullptr ? writer : WriteToStandardError;
-    m_context = writer != nullptr ? context : nullptr;
+    CriticalSectionLock lock(mLock);
+    mWriter = writer != nullptr ? writer : WriteToStandardError;
+    mContext = writer != nullptr ? context : nullptr;
 }
 
 } // namespace vz

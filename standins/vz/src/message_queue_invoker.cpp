@@ -48,21 +48,21 @@ struct CMessageQueueInvoker::Completion {
 IInvoker::~IInvoker() = default;
 
 CMessageQueueInvoker::CMessageQueueInvoker()
-    : m_window(nullptr), m_threadId(0), m_queue(kGrowByDoubling) {
-    InitializeSRWLock(&m_lock);
+    : mWindow(nullptr), mThreadId(0), mQueue(kGrowByDoubling) {
+    InitializeSRWLock(&mLock);
 }
 
 CMessageQueueInvoker::~CMessageQueueInvoker() {
-    if (m_window != nullptr) {
-        if (m_threadId == GetCurrentThreadId()) {
-            DestroyWindow(m_window);
+    if (mWindow != nullptr) {
+        if (mThreadId == GetCurrentThreadId()) {
+            DestroyWindow(mWindow);
         } else {
             // Only its own thread may destroy the window; at least it must not reach us again.
-            SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
+            SetWindowLongPtrW(mWindow, GWLP_USERDATA, 0);
         }
     }
-    for (unsigned i = 0; i < m_queue.GetCount(); ++i) {
-        const QueuedCall& queued = m_queue[i];
+    for (unsigned i = 0; i < mQueue.GetCount(); ++i) {
+        const QueuedCall& queued = mQueue[i];
         if (queued.completion != nullptr) {
             queued.completion->error = std::make_exception_ptr(
                 CException(L"The invoker was destroyed before running the call."));
@@ -77,11 +77,11 @@ void CMessageQueueInvoker::Invoke(IInvokable* call) {
     RequireCall(call);
     Completion completion;
     {
-        ExclusiveLock lock(m_lock);
-        if (m_window == nullptr) {
+        ExclusiveLock lock(mLock);
+        if (mWindow == nullptr) {
             throw NotAttached();
         }
-        if (m_threadId != GetCurrentThreadId()) {
+        if (mThreadId != GetCurrentThreadId()) {
             completion.done.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
             if (!completion.done) {
                 throw CException(L"Cannot create the event to wait for the call.");
@@ -102,7 +102,7 @@ void CMessageQueueInvoker::Invoke(IInvokable* call) {
 void CMessageQueueInvoker::Post(IInvokable* call, bool takeOwnership) {
     RequireCall(call);
     std::unique_ptr<IInvokable> owned(takeOwnership ? call : nullptr);
-    ExclusiveLock lock(m_lock);
+    ExclusiveLock lock(mLock);
     Enqueue(QueuedCall{call, takeOwnership, nullptr});
     owned.release();
 }
@@ -120,14 +120,14 @@ bool CMessageQueueInvoker::AttachToCurrentThread() {
     if (!window) {
         return false;
     }
-    ExclusiveLock lock(m_lock);
-    if (m_window != nullptr) {
+    ExclusiveLock lock(mLock);
+    if (mWindow != nullptr) {
         return false;
     }
-    m_window = window.release();
-    m_threadId = GetCurrentThreadId();
-    if (m_queue.GetCount() != 0) {
-        PostMessageW(m_window, kRunQueuedCalls, 0, 0);
+    mWindow = window.release();
+    mThreadId = GetCurrentThreadId();
+    if (mQueue.GetCount() != 0) {
+        PostMessageW(mWindow, kRunQueuedCalls, 0, 0);
     }
     return true;
 }
@@ -135,26 +135,26 @@ bool CMessageQueueInvoker::AttachToCurrentThread() {
 bool CMessageQueueInvoker::Detach() {
     owners::UniqueWindow window;
     {
-        ExclusiveLock lock(m_lock);
-        if (m_window == nullptr || m_threadId != GetCurrentThreadId()) {
+        ExclusiveLock lock(mLock);
+        if (mWindow == nullptr || mThreadId != GetCurrentThreadId()) {
             return false;
         }
-        window.reset(m_window);
-        m_window = nullptr;
-        m_threadId = 0;
+        window.reset(mWindow);
+        mWindow = nullptr;
+        mThreadId = 0;
     }
     RunQueuedCalls();
     return true;
 }
 
 void CMessageQueueInvoker::Enqueue(const QueuedCall& call) {
-    const bool wasEmpty = m_queue.GetCount() == 0;
-    if (!m_queue.Add(call)) {
+    const bool wasEmpty = mQueue.GetCount() == 0;
+    if (!mQueue.Add(call)) {
         throw std::bad_alloc();
     }
     // The window empties the whole queue, so one request is enough until it is empty again.
-    if (wasEmpty && m_window != nullptr) {
-        PostMessageW(m_window, kRunQueuedCalls, 0, 0);
+    if (wasEmpty && mWindow != nullptr) {
+        PostMessageW(mWindow, kRunQueuedCalls, 0, 0);
     }
 }
 
@@ -162,12 +162,12 @@ void CMessageQueueInvoker::RunQueuedCalls() {
     for (;;) {
         QueuedCall next;
         {
-            ExclusiveLock lock(m_lock);
-            if (m_queue.GetCount() == 0) {
+            ExclusiveLock lock(mLock);
+            if (mQueue.GetCount() == 0) {
                 return;
             }
-            next = m_queue[0];
-            m_queue.RemoveAt(0);
+            next = mQueue[0];
+            mQueue.RemoveAt(0);
         }
         Run(next);
     }

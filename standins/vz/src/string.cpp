@@ -18,19 +18,19 @@ wchar_t* CopyText(const wchar_t* text) {
 
 } // namespace
 
-CString::CString(const wchar_t* text) : m_text(CopyText(text)) {}
+CString::CString(const wchar_t* text) : mText(CopyText(text)) {}
 
-CString::CString(const CString& other) : m_text(CopyText(other.m_text)) {}
+CString::CString(const CString& other) : mText(CopyText(other.mText)) {}
 
 CString& CString::operator=(const CString& other) {
-    wchar_t* copy = CopyText(other.m_text);
-    delete[] m_text;
-    m_text = copy;
+    wchar_t* copy = CopyText(other.mText);
+    delete[] mText;
+    mText = copy;
     return *this;
 }
 
 CString::~CString() {
-    delete[] m_text;
+    delete[] mText;
 }
 
 } // namespace vz

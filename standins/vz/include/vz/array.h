@@ -26,35 +26,35 @@ template <class T> class TArray {
 public:
     // growthStep: elements added per growth, or kGrowByDoubling.
     explicit TArray(unsigned short growthStep)
-        : m_table(nullptr), m_capacity(0), m_count(0), m_growthStep(growthStep) {
+        : mTable(nullptr), mCapacity(0), mCount(0), mGrowthStep(growthStep) {
         if (growthStep == 0) {
             throw CException(L"The growth step of an array must not be 0.");
         }
     }
 
     TArray(const TArray& other)
-        : m_table(nullptr), m_capacity(0), m_count(0), m_growthStep(other.m_growthStep) {
-        if (!Reserve(other.m_count)) {
+        : mTable(nullptr), mCapacity(0), mCount(0), mGrowthStep(other.mGrowthStep) {
+        if (!Reserve(other.mCount)) {
             throw std::bad_alloc();
         }
-        if (other.m_count != 0) {
-            std::memcpy(static_cast<void*>(m_table), other.m_table, other.m_count * sizeof(T));
+        if (other.mCount != 0) {
+            std::memcpy(static_cast<void*>(mTable), other.mTable, other.mCount * sizeof(T));
         }
-        m_count = other.m_count;
+        mCount = other.mCount;
     }
 
     TArray& operator=(const TArray& other) {
         TArray copy(other);
-        std::swap(m_table, copy.m_table);
-        std::swap(m_capacity, copy.m_capacity);
-        std::swap(m_count, copy.m_count);
-        std::swap(m_growthStep, copy.m_growthStep);
+        std::swap(mTable, copy.mTable);
+        std::swap(mCapacity, copy.mCapacity);
+        std::swap(mCount, copy.mCount);
+        std::swap(mGrowthStep, copy.mGrowthStep);
         return *this;
     }
 
     ~TArray() {
-        if (m_table != nullptr) {
-            HeapFree(GetProcessHeap(), 0, m_table);
+        if (mTable != nullptr) {
+            HeapFree(GetProcessHeap(), 0, mTable);
         }
     }
 
@@ -64,47 +64,47 @@ public:
         if (!Reserve(count)) {
             return false;
         }
-        if (count > m_count) {
-            std::memset(static_cast<void*>(m_table + m_count), 0, (count - m_count) * sizeof(T));
+        if (count > mCount) {
+            std::memset(static_cast<void*>(mTable + mCount), 0, (count - mCount) * sizeof(T));
         }
-        m_count = count;
+        mCount = count;
         return true;
     }
 
     bool Add(const T& element) {
-        if (m_count == (std::numeric_limits<unsigned>::max)()) {
+        if (mCount == (std::numeric_limits<unsigned>::max)()) {
             return false;
         }
         // The element may live in this table, which growing can move.
         const T copy = element;
-        if (!Reserve(m_count + 1)) {
+        if (!Reserve(mCount + 1)) {
             return false;
         }
-        m_table[m_count++] = copy;
+        mTable[mCount++] = copy;
         return true;
     }
 
     bool RemoveAt(unsigned index) {
-        if (index >= m_count) {
+        if (index >= mCount) {
             return false;
         }
-        std::memmove(static_cast<void*>(m_table + index), m_table + index + 1,
-                     (m_count - index - 1) * sizeof(T));
-        --m_count;
+        std::memmove(static_cast<void*>(mTable + index), mTable + index + 1,
+                     (mCount - index - 1) * sizeof(T));
+        --mCount;
         return true;
     }
 
-    unsigned GetCount() const { return m_count; }
-    T* GetData() { return m_table; }
+    unsigned GetCount() const { return mCount; }
+    T* GetData() { return mTable; }
 
     T& operator[](unsigned index) {
         CheckIndex(index);
-        return m_table[index];
+        return mTable[index];
     }
 
 private:
     bool Reserve(unsigned count) {
-        if (count <= m_capacity) {
+        if (count <= mCapacity) {
             return true;
         }
         // A capacity or byte size that does not fit counts as a failed allocation.
@@ -114,22 +114,22 @@ private:
             return false;
         }
         const SIZE_T bytes = static_cast<SIZE_T>(capacity) * sizeof(T);
-        void* table = m_table == nullptr ? HeapAlloc(GetProcessHeap(), 0, bytes)
-                                         : HeapReAlloc(GetProcessHeap(), 0, m_table, bytes);
+        void* table = mTable == nullptr ? HeapAlloc(GetProcessHeap(), 0, bytes)
+                                        : HeapReAlloc(GetProcessHeap(), 0, mTable, bytes);
         if (table == nullptr) {
             return false;
         }
-        m_table = static_cast<T*>(table);
-        m_capacity = static_cast<unsigned>(capacity);
+        mTable = static_cast<T*>(table);
+        mCapacity = static_cast<unsigned>(capacity);
         return true;
     }
 
     // A table grown to exactly a multiple of the step still gets one step of room.
     std::uint64_t CapacityFor(unsigned count) const {
-        if (m_growthStep != kGrowByDoubling) {
-            return (std::uint64_t{count} / m_growthStep + 1) * m_growthStep;
+        if (mGrowthStep != kGrowByDoubling) {
+            return (std::uint64_t{count} / mGrowthStep + 1) * mGrowthStep;
         }
-        std::uint64_t capacity = m_capacity == 0 ? 1 : m_capacity;
+        std::uint64_t capacity = mCapacity == 0 ? 1 : mCapacity;
         while (capacity < count) {
             capacity *= 2;
         }
@@ -137,15 +137,15 @@ private:
     }
 
     void CheckIndex(unsigned index) const {
-        if (index >= m_count) {
+        if (index >= mCount) {
             throw CException(L"Index out of bounds.");
         }
     }
 
-    T* m_table;
-    unsigned m_capacity;
-    unsigned m_count;
-    unsigned short m_growthStep;
+    T* mTable;
+    unsigned mCapacity;
+    unsigned mCount;
+    unsigned short mGrowthStep;
 };
 
 } // namespace vz

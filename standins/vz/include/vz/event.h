@@ -19,7 +19,7 @@ public:
         bool asynchronous;
     };
 
-    event1() : m_handlers(5) {}
+    event1() : mHandlers(5) {}
 
     // Keeps the caller's pointer: the handler must stay alive while attached.
     bool Attach(IHandler2<void*, T>* handler, IInvoker* invoker = nullptr,
@@ -27,24 +27,24 @@ public:
         if (handler == nullptr) {
             return false;
         }
-        return m_handlers.Add(HANDLER{handler, invoker, asynchronous});
+        return mHandlers.Add(HANDLER{handler, invoker, asynchronous});
     }
 
     // Removes the first record whose handler IsSame as handler.
     bool Detach(const IHandler2<void*, T>* handler) {
-        for (unsigned i = 0; i < m_handlers.GetCount(); ++i) {
-            if (m_handlers[i].handler->IsSame(handler)) {
-                return m_handlers.RemoveAt(i);
+        for (unsigned i = 0; i < mHandlers.GetCount(); ++i) {
+            if (mHandlers[i].handler->IsSame(handler)) {
+                return mHandlers.RemoveAt(i);
             }
         }
         return false;
     }
 
-    unsigned GetCount() const { return m_handlers.GetCount(); }
-    HANDLER& operator[](unsigned index) { return m_handlers[index]; }
+    unsigned GetCount() const { return mHandlers.GetCount(); }
+    HANDLER& operator[](unsigned index) { return mHandlers[index]; }
 
 private:
-    TArray<HANDLER> m_handlers;
+    TArray<HANDLER> mHandlers;
 };
 
 } // namespace vz

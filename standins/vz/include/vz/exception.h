@@ -10,10 +10,10 @@ class VZ_API CException {
 public:
     explicit CException(const CString& message);
 
-    const CString& Message() const { return m_message; }
+    const CString& Message() const { return mMessage; }
 
 private:
-    CString m_message;
+    CString mMessage;
 };
 
 } // namespace vz

@@ -21,25 +21,25 @@ template <class C, class A, class B> class TMemberHandler2 final : public IHandl
 public:
     using Method = void (C::*)(A, B);
 
-    TMemberHandler2(C* object, Method method) : m_object(object), m_method(method) {
+    TMemberHandler2(C* object, Method method) : mObject(object), mMethod(method) {
         if (object == nullptr || method == nullptr) {
             throw CException(L"A member handler needs an object and a member function.");
         }
     }
 
-    void Invoke(A first, B second) override { (m_object->*m_method)(first, second); }
+    void Invoke(A first, B second) override { (mObject->*mMethod)(first, second); }
 
     bool IsSame(const IHandler2<A, B>* other) const override {
         const auto* same = dynamic_cast<const TMemberHandler2*>(other);
-        return same != nullptr && same->m_object == m_object && same->m_method == m_method;
+        return same != nullptr && same->mObject == mObject && same->mMethod == mMethod;
     }
 
     IHandler2<A, B>* Clone() const override { return new TMemberHandler2(*this); }
     void Destroy() override { delete this; }
 
 private:
-    C* m_object;
-    Method m_method;
+    C* mObject;
+    Method mMethod;
 };
 
 } // namespace vz

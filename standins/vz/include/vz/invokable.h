@@ -25,31 +25,31 @@ public:
     bool SameHandler(IInvokable* other) override;
 
 private:
-    Function m_function;
+    Function mFunction;
 };
 
 // Calls its own clone of a handler with two stored arguments.
 template <class A, class B> class invokable2 : public IInvokable {
 public:
     invokable2(const IHandler2<A, B>& handler, A first, B second)
-        : m_handler(handler.Clone()), m_first(first), m_second(second) {}
+        : mHandler(handler.Clone()), mFirst(first), mSecond(second) {}
 
     invokable2(const invokable2&) = delete;
     invokable2& operator=(const invokable2&) = delete;
 
-    ~invokable2() override { m_handler->Destroy(); }
+    ~invokable2() override { mHandler->Destroy(); }
 
-    void Invoke() override { m_handler->Invoke(m_first, m_second); }
+    void Invoke() override { mHandler->Invoke(mFirst, mSecond); }
 
     bool SameHandler(IInvokable* other) override {
         const auto* same = dynamic_cast<const invokable2*>(other);
-        return same != nullptr && m_handler->IsSame(same->m_handler);
+        return same != nullptr && mHandler->IsSame(same->mHandler);
     }
 
 private:
-    IHandler2<A, B>* m_handler;
-    A m_first;
-    B m_second;
+    IHandler2<A, B>* mHandler;
+    A mFirst;
+    B mSecond;
 };
 
 } // namespace vz

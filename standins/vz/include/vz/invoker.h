@@ -59,10 +59,10 @@ private:
     void RunQueuedCalls();
     static void Run(const QueuedCall& call);
 
-    SRWLOCK m_lock;
-    HWND m_window;
-    DWORD m_threadId;
-    TArray<QueuedCall> m_queue;
+    SRWLOCK mLock;
+    HWND mWindow;
+    DWORD mThreadId;
+    TArray<QueuedCall> mQueue;
 };
 
 VZ_API extern CMessageQueueInvoker messageQueueInvoker;

@@ -28,10 +28,10 @@ public:
 
 private:
     // Re-entrant, so that a writer may itself log.
-    mutable CRITICAL_SECTION m_lock;
-    bool m_verbose;
-    Writer m_writer;
-    void* m_context;
+    mutable CRITICAL_SECTION mLock;
+    bool mVerbose;
+    Writer mWriter;
+    void* mContext;
 };
 
 VZ_API extern CLog* const gLog;

@@ -13,10 +13,10 @@ public:
     CString& operator=(const CString& other);
     ~CString();
 
-    const wchar_t* c_str() const { return m_text; }
+    const wchar_t* c_str() const { return mText; }
 
 private:
-    wchar_t* m_text;
+    wchar_t* mText;
 };
 
 } // namespace vz
