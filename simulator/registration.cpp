@@ -195,16 +195,25 @@ HRESULT LoadEmbeddedTypeLibs(const std::wstring& executable, EmbeddedTypeLibs& l
     return S_OK;
 }
 
-} // namespace
-
-RegistrationResult RegisterServer() {
-    const std::wstring executable = ExecutablePath();
+// This executable's path and the type libraries it embeds.
+RegistrationResult FindTypeLibs(std::wstring& executable, EmbeddedTypeLibs& typeLibs) {
+    executable = ExecutablePath();
     if (executable.empty()) {
         return {HRESULT_FROM_WIN32(GetLastError()), "finding camsim.exe's path"};
     }
-    EmbeddedTypeLibs typeLibs;
     if (const HRESULT hr = LoadEmbeddedTypeLibs(executable, typeLibs); FAILED(hr)) {
         return {hr, "loading the embedded type libraries"};
+    }
+    return {S_OK, ""};
+}
+
+} // namespace
+
+RegistrationResult RegisterServer() {
+    std::wstring executable;
+    EmbeddedTypeLibs typeLibs;
+    if (const RegistrationResult found = FindTypeLibs(executable, typeLibs); FAILED(found.result)) {
+        return found;
     }
     for (EmbeddedTypeLib& typeLib : typeLibs) {
         if (const HRESULT hr =
@@ -225,13 +234,10 @@ RegistrationResult RegisterServer() {
 }
 
 RegistrationResult UnregisterServer() {
-    const std::wstring executable = ExecutablePath();
-    if (executable.empty()) {
-        return {HRESULT_FROM_WIN32(GetLastError()), "finding camsim.exe's path"};
-    }
+    std::wstring executable;
     EmbeddedTypeLibs typeLibs;
-    if (const HRESULT hr = LoadEmbeddedTypeLibs(executable, typeLibs); FAILED(hr)) {
-        return {hr, "loading the embedded type libraries"};
+    if (const RegistrationResult found = FindTypeLibs(executable, typeLibs); FAILED(found.result)) {
+        return found;
     }
     for (const EmbeddedTypeLib& typeLib : typeLibs) {
         const TLIBATTR& library = typeLib.attributes;
