@@ -8,17 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include "apartment.h"
 #include "calibration_objects.h"
 #include "fake_calibration.h"
 #include "module_state.h"
 
 namespace {
-
-bool ThreadHasApartment() {
-    APTTYPE type;
-    APTTYPEQUALIFIER qualifier;
-    return SUCCEEDED(CoGetApartmentType(&type, &qualifier));
-}
 
 // The test thread holds its own apartment (the fake's class object needs one); the library then
 // joins it and must leave exactly once.

@@ -212,15 +212,25 @@ TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
 
 INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(true, false));
 
-// A call holds the library-wide lock for its expression, and may be made while holding it.
+// A call holds the library-wide lock for its expression, and may be made while holding it;
+// assigning one lock to another takes or releases nothing.
 TEST(Connection, ACallHoldsTheLockAndNestsInsideIt) {
     COstrel host = GetOstrel();
     ASSERT_TRUE(host);
     ULONG major = 0, minor = 0, build = 0;
     {
-        COstrelLock held;
-        EXPECT_EQ(S_OK, host->GetServerVersion(&major, &minor, &build));
+        COstrelLock outer;
+        {
+            COstrelLock inner;
+            EXPECT_EQ(S_OK, host->GetServerVersion(&major, &minor, &build));
+            outer = inner;
+        }
+        EXPECT_FALSE(FreeForOtherThreads()) << "leaving the inner scope released the outer one";
     }
+    EXPECT_TRUE(FreeForOtherThreads());
+    ostrelEnter();
+    EXPECT_FALSE(FreeForOtherThreads());
+    ostrelLeave();
     {
         COstrel::CMarshalProxy call = host.operator->();
         EXPECT_FALSE(FreeForOtherThreads());

@@ -95,18 +95,6 @@ TEST(RefreshActiveLUTs, OnlyActivePresetsAreRefreshed) {
     }
 }
 
-// Keys 7, 3, 7 through an eight-entry table to presets 0, 1, 0; counts clamped to 0 and 65535.
-TEST(KeyedKernel, KeysIndexTheCallersTable) {
-    MemoryEngine engine = NumberedEngine();
-    Routing routing = MixedRouting(Family::Keyed, 0);
-    routing.pixelKeys = {7, 3, 7};
-    routing.keyToPreset = {3, 3, 3, 1, 3, 3, 3, 0};
-    std::int32_t in[3] = {-4, 500, 65536};
-    std::vector<double> out(3);
-    ASSERT_TRUE(Convert(engine, routing, {in, Int32}, {out.data(), Double}, 3, nullptr, eCelsius));
-    EXPECT_EQ(out, (std::vector<double>{0, 1125, 16383.75}));
-}
-
 TEST(UniformKernel, ConvertsFloatBufferInPlace) {
     MemoryEngine engine = NumberedEngine();
     const Routing routing = UniformRouting(1);
@@ -114,19 +102,6 @@ TEST(UniformKernel, ConvertsFloatBufferInPlace) {
     ASSERT_TRUE(Convert(engine, routing, {pixels.data(), Float}, {pixels.data(), Float}, 6, nullptr,
                         eCelsius));
     EXPECT_EQ(pixels, (std::vector<float>{1000, 1003, 1000 + 65535 / 4.0f, 1000, 1000.75f, 1025}));
-}
-
-// The temperature is converted in double but narrowed to single precision before it is stored.
-TEST(UniformKernel, DoubleOutputAfterConversionHoldsSinglePrecision) {
-    MemoryEngine engine;
-    engine.values[0][7] = 21.3f;
-    std::uint16_t in = 7;
-    double out = 0;
-    ASSERT_TRUE(
-        Convert(engine, UniformRouting(0), {&in, UInt16}, {&out, Double}, 1, nullptr, eFahrenheit));
-    EXPECT_EQ(static_cast<double>(static_cast<float>(out)), out);
-    EXPECT_NE(out, static_cast<double>(21.3f) * 1.8 + 32.0);
-    EXPECT_NEAR(out, 70.34, 1e-4);
 }
 
 } // namespace

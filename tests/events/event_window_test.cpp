@@ -184,11 +184,6 @@ TEST(EventWindow, OtherMessagesRaiseNothing) {
     EXPECT_TRUE(recorder.Calls().empty());
 }
 
-TEST(EventWindow, ANotificationWithoutHandlersIsHarmless) {
-    ASSERT_EQ(0u, gOstrelEvents->mEvent.GetCount());
-    EXPECT_EQ(0, SendMessageW(TheEventWindow(), Tamso(), 1, 0));
-}
-
 TEST(EventWindow, TheSimulatorsNotificationReachesTheHandler) {
     TheEventWindow();
     Recorder recorder;

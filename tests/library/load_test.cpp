@@ -8,6 +8,8 @@
 
 #include <unique_resource.h>
 
+#include "apartment.h"
+
 namespace {
 
 int ThreadsOfThisProcess() {
@@ -21,12 +23,6 @@ int ThreadsOfThisProcess() {
         count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
     }
     return count;
-}
-
-bool ThreadHasApartment() {
-    APTTYPE type;
-    APTTYPEQUALIFIER qualifier;
-    return SUCCEEDED(CoGetApartmentType(&type, &qualifier));
 }
 
 TEST(LibraryLoad, LoadingAndUnloadingCreatesNothing) {

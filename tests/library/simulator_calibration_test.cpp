@@ -7,15 +7,10 @@
 
 #include <unique_resource.h>
 
+#include "apartment.h"
 #include "simulator_control.h"
 
 namespace {
-
-bool ThreadHasApartment() {
-    APTTYPE type;
-    APTTYPEQUALIFIER qualifier;
-    return SUCCEEDED(CoGetApartmentType(&type, &qualifier));
-}
 
 TEST(SimulatorCalibration, HandlesReachTheServerAndTheLastOneReleasesEverything) {
     ASSERT_FALSE(ThreadHasApartment());
