@@ -1,6 +1,7 @@
 #include "batch_summary.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "names.h"
 
@@ -35,27 +36,33 @@ void BatchSummary::Add(std::span<const float> temperatures, std::span<const std:
     }
 }
 
-void BatchSummary::Print(std::FILE* out, vz::ETempType unit) const {
-    std::fprintf(out, "Converted %llu frame%s, %llu pixels, %.2f ms per frame.\n",
-                 static_cast<unsigned long long>(mFrames), mFrames == 1 ? "" : "s",
-                 static_cast<unsigned long long>(mPixels),
-                 mFrames == 0 ? 0.0 : mMilliseconds / static_cast<double>(mFrames));
+void BatchSummary::Print(std::ostream& out, vz::ETempType unit) const {
+    char line[256];
+    std::snprintf(line, sizeof(line), "Converted %llu frame%s, %llu pixels, %.2f ms per frame.\n",
+                  static_cast<unsigned long long>(mFrames), mFrames == 1 ? "" : "s",
+                  static_cast<unsigned long long>(mPixels),
+                  mFrames == 0 ? 0.0 : mMilliseconds / static_cast<double>(mFrames));
+    out << line;
     if (mValidPixels == 0) {
-        std::fputs("No pixel has status 0 (valid): no temperatures to sum up.\n", out);
+        out << "No pixel has status 0 (valid): no temperatures to sum up.\n";
     } else {
-        std::fprintf(out, "Temperature over status-0 pixels (%s): min %.3f, mean %.3f, max %.3f\n",
-                     formats::UnitSymbol(unit), mValidMin,
-                     mValidSum / static_cast<double>(mValidPixels), mValidMax);
+        std::snprintf(line, sizeof(line),
+                      "Temperature over status-0 pixels (%s): min %.3f, mean %.3f, max %.3f\n",
+                      formats::UnitSymbol(unit), mValidMin,
+                      mValidSum / static_cast<double>(mValidPixels), mValidMax);
+        out << line;
     }
-    std::fputs("Pixels by status:", out);
+    out << "Pixels by status:";
     for (const StatusName& entry : kStatusNames) {
         const double share = mPixels == 0 ? 0.0
                                           : 100.0 * static_cast<double>(mByStatus[entry.status]) /
                                                 static_cast<double>(mPixels);
-        std::fprintf(out, "%s %u %s %.2f%%", entry.status == vz::eLUTValid ? "" : ",",
-                     unsigned{entry.status}, entry.name, share);
+        std::snprintf(line, sizeof(line), "%s %u %s %.2f%%",
+                      entry.status == vz::eLUTValid ? "" : ",", unsigned{entry.status}, entry.name,
+                      share);
+        out << line;
     }
-    std::fputs("\n", out);
+    out << '\n';
 }
 
 } // namespace convert

@@ -4,8 +4,8 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
+#include <ostream>
 #include <span>
 
 #include <ostrel_types.h>
@@ -17,7 +17,7 @@ public:
     void Add(std::span<const float> temperatures, std::span<const std::uint8_t> status,
              double milliseconds);
     // Temperatures in `unit`, as converted.
-    void Print(std::FILE* out, vz::ETempType unit) const;
+    void Print(std::ostream& out, vz::ETempType unit) const;
 
 private:
     std::size_t mFrames = 0;

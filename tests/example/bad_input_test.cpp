@@ -1,4 +1,4 @@
-// ostrel-convert.exe on bad input, a failing server and a server that refuses: one line on
+// The converter on bad input and, as a process of its own, on a failing server: one line on
 // stderr naming the file or option, a failure exit code, and no output file.
 #include <ostrel.h>
 #include <server_slots.h>
@@ -13,14 +13,19 @@ using testfiles::FolderContents;
 using testfiles::WriteBytes;
 using testfiles::WritePgm;
 
-// Each run has the frame f.pgm and, when `file` is set, that file with `bytes` (or, without
-// bytes, an empty folder of that name).
+// A 4x4 frame's worth of 8-bit samples after a PGM header, `marked` at pixel 1,0, 1 elsewhere.
+std::string Pgm8(char marked) {
+    std::string samples(16, '\1');
+    samples[1] = marked;
+    return "P5\n4 4\n255\n" + samples;
+}
+
+// Each run has the frame f.pgm and the given files (a name without bytes is an empty folder).
 struct BadRun {
     const char* label;
-    const wchar_t* file;
-    std::string bytes;
+    std::vector<std::pair<const wchar_t*, std::string>> files;
     std::vector<std::wstring> arguments;
-    std::string named;
+    std::string named; // what the message must name
 };
 
 void PrintTo(const BadRun& run, std::ostream* out) {
@@ -31,10 +36,12 @@ class BadInput : public ConvertProgram, public testing::WithParamInterface<BadRu
 
 TEST_P(BadInput, FailsWithOneLineAndNoOutput) {
     WritePgm(mWork / L"f.pgm", 4, 4, std::vector<std::uint16_t>(16, 30000), 65535);
-    if (GetParam().file && GetParam().bytes.empty()) {
-        std::filesystem::create_directory(mWork / GetParam().file);
-    } else if (GetParam().file) {
-        WriteBytes(mWork / GetParam().file, GetParam().bytes);
+    for (const auto& [name, bytes] : GetParam().files) {
+        if (bytes.empty()) {
+            std::filesystem::create_directory(mWork / name);
+        } else {
+            WriteBytes(mWork / name, bytes);
+        }
     }
     const auto before = FolderContents(mWork.Path());
     std::vector<std::wstring> arguments = GetParam().arguments;
@@ -49,19 +56,76 @@ TEST_P(BadInput, FailsWithOneLineAndNoOutput) {
     EXPECT_EQ(after, before);
 }
 
+const std::string kKeysImage = Pgm8('\2');
 const BadRun kBadRuns[] = {
-    {"MissingFile", nullptr, "", {L"absent.pgm"}, "absent.pgm"},
-    {"TruncatedPgm", L"short.pgm", "P5\n4 4\n65535\n0123456789", {L"short.pgm"}, "short.pgm"},
-    {"PgmOfAnotherSize", nullptr, "", {L"f.pgm", L"--width", L"5", L"--height", L"4"}, "f.pgm"},
-    {"UnknownType", nullptr, "", {L"f.pgm", L"--type", L"UInt12", L"--width", L"4"}, "--type"},
-    {"UnknownUnit", nullptr, "", {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit"},
-    {"PresetAboveThree", nullptr, "", {L"f.pgm", L"--preset", L"7"}, "--preset"},
+    // Frames.
+    {"MissingFile", {}, {L"absent.pgm"}, "absent.pgm"},
+    {"TruncatedPgm", {{L"short.pgm", "P5\n4 4\n65535\n0123456789"}}, {L"short.pgm"}, "short.pgm"},
+    {"NotABinaryPgm", {{L"a.pgm", "P2\n2 2\n255\n1 2 3 4"}}, {L"a.pgm"}, "a.pgm: not a binary"},
+    {"MaxvalAbove65535", {{L"a.pgm", "P5\n2 2\n70000\nabcd"}}, {L"a.pgm"}, "maxval 70000"},
+    {"MalformedHeader", {{L"a.pgm", "P5\n2\n"}}, {L"a.pgm"}, "a.pgm: malformed PGM header"},
+    {"PgmOfAnotherSize", {}, {L"f.pgm", L"--width", L"5", L"--height", L"4"}, "f.pgm"},
+    {"ShortRaw",
+     {{L"f.raw", std::string(47, '\1')}},
+     {L"f.raw", L"--type", L"Int32", L"--width", L"4", L"--height", L"3"},
+     "f.raw: truncated"},
+    {"LongRaw",
+     {{L"f.raw", std::string(49, '\1')}},
+     {L"f.raw", L"--type", L"Int32", L"--width", L"4", L"--height", L"3"},
+     "f.raw: 49 bytes"},
+    {"FolderWithoutFrames", {{L"empty", ""}}, {L"empty"}, "empty"},
+    // Options.
+    {"UnknownType", {}, {L"f.pgm", L"--type", L"UInt12", L"--width", L"4"}, "--type"},
+    {"UnknownUnit", {}, {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit"},
+    {"PresetAboveThree", {}, {L"f.pgm", L"--preset", L"7"}, "--preset"},
+    {"NegativePreset", {}, {L"f.pgm", L"--preset", L"-1"}, "--preset"},
+    {"FactoryCalOfPresetFour", {}, {L"f.pgm", L"--factory-cal", L"4=cal.txt"}, "--factory-cal"},
+    {"EmissivityAboveOne", {}, {L"f.pgm", L"--emissivity", L"1.5"}, "--emissivity"},
+    {"ReflectedBelowAbsoluteZero", {}, {L"f.pgm", L"--reflected", L"-300"}, "--reflected"},
+    {"ReversedRange", {}, {L"f.pgm", L"--range", L"40:10"}, "--range"},
+    {"ZeroWidth", {}, {L"f.pgm", L"--width", L"0"}, "--width"},
+    {"HeightNotANumber", {}, {L"f.pgm", L"--height", L"12x"}, "--height"},
+    {"UnknownOption", {}, {L"f.pgm", L"--bogus"}, "--bogus"},
+    {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "--pfm"},
+    {"TwoDispatchers",
+     {},
+     {L"f.pgm", L"--preset", L"1", L"--preset-map", L"m.pgm"},
+     "--preset-map"},
+    {"KeysWithoutTable", {}, {L"f.pgm", L"--keys", L"k.pgm"}, "--key-table"},
+    {"RawWithoutHeight", {}, {L"f.pgm", L"--type", L"UInt16", L"--width", L"4"}, "--height"},
+    // Preset maps and pixel keys.
     {"MapOfAnotherSize",
-     L"map.pgm",
-     "P5\n2 2\n255\n\1\2\3\1",
+     {{L"map.pgm", "P5\n2 2\n255\n\1\2\3\1"}},
      {L"f.pgm", L"--preset-map", L"map.pgm"},
      "map.pgm"},
-    {"FolderWithoutFrames", L"empty", "", {L"empty"}, "empty"},
+    {"MapNamingPresetFour",
+     {{L"map.pgm", Pgm8('\4')}},
+     {L"f.pgm", L"--preset-map", L"map.pgm"},
+     "map.pgm: pixel 1,0 names preset 4"},
+    {"SixteenBitMap",
+     {{L"map.pgm", "P5\n4 4\n65535\n" + std::string(32, '\0')}},
+     {L"f.pgm", L"--preset-map", L"map.pgm"},
+     "map.pgm"},
+    {"KeyMissingFromTable",
+     {{L"keys.pgm", kKeysImage}, {L"table.txt", "1 0\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "keys.pgm: key 2 at pixel 1,0 is not in"},
+    {"TableNamingPresetFour",
+     {{L"keys.pgm", kKeysImage}, {L"table.txt", "1 0\n2 4\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "table.txt:2: preset 4"},
+    {"TableLineWithExtraWords",
+     {{L"keys.pgm", kKeysImage}, {L"table.txt", "1 0\n2 1 extra\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "table.txt:2: expected"},
+    {"KeyGivenTwice",
+     {{L"keys.pgm", kKeysImage}, {L"table.txt", "1 0\n1 1\n2 1\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "table.txt:2: key 1 is given twice"},
+    {"KeyAbove65535",
+     {{L"keys.pgm", kKeysImage}, {L"table.txt", "70000 1\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "table.txt:1: key 70000"},
 };
 
 INSTANTIATE_TEST_SUITE_P(, BadInput, testing::ValuesIn(kBadRuns),
@@ -95,7 +159,7 @@ TEST_P(FailingServer, FailsWithOneLineAndNoOutput) {
     ASSERT_TRUE(mControl) << "is the simulator registered?";
     ASSERT_EQ(mControl->SetFault(GetParam().slot, GetParam().mode), S_OK);
 
-    ExpectOneLineFailure(Convert({L"scene.pgm", L"--pfm", L"--png"}), GetParam().named);
+    ExpectOneLineFailure(ConvertProcess({L"scene.pgm", L"--pfm", L"--png"}), GetParam().named);
 
     EXPECT_EQ(FolderContents(mWork.Path()), std::vector<std::wstring>{L"scene.pgm"});
 }

@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "convert_fixture.h"
-#include "false_colour.h"
 
 namespace {
 
@@ -127,19 +126,21 @@ TEST_F(ConvertProgram, DispatchersGiveIdenticalTemperatures) {
     EXPECT_TRUE(ReadBytes(mWork / L"keyed" / L"scene.pfm") == uniform);
 }
 
+// As a process of its own: the executable's exit code and its files on disk. A picture holds
+// the frame with the colour bar beside it, and is tall enough for the bar's labels.
 TEST_F(ConvertProgram, PictureHoldsTheFrameAndTheColourBar) {
     CopyScene(L"scene.pgm");
     testfiles::WritePgm(mWork / L"tiny.pgm", 4, 3, std::vector<std::uint16_t>(12, 20000), 65535);
-    const auto result = Convert({L"scene.pgm", L"tiny.pgm", L"--range", L"20:40"});
+    const auto result = ConvertProcess({L"scene.pgm", L"tiny.pgm", L"--range", L"20:40"});
     ASSERT_EQ(result.exitCode, 0u) << result.err;
     EXPECT_NE(result.out.find("Converted 2 frames"), std::string::npos) << result.out;
 
     const auto scene = testfiles::ReadPngSize(mWork / L"scene.png");
-    EXPECT_EQ(scene.width, kSceneWidth + convert::ColourBarPanelWidth(kSceneHeight));
+    EXPECT_GT(scene.width, kSceneWidth + 20);
     EXPECT_EQ(scene.height, kSceneHeight);
     const auto tiny = testfiles::ReadPngSize(mWork / L"tiny.png");
-    EXPECT_EQ(tiny.width, 4 + convert::ColourBarPanelWidth(3));
-    EXPECT_EQ(tiny.height, convert::kMinPictureHeight);
+    EXPECT_GT(tiny.width, 4 + 20);
+    EXPECT_GE(tiny.height, 30);
 }
 
 TEST_F(ConvertProgram, FoldersAndWildcardsConvertEveryFrame) {

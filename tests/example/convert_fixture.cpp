@@ -1,5 +1,9 @@
 #include "convert_fixture.h"
 
+#include <sstream>
+
+#include "program.h"
+
 namespace {
 
 struct Scene {
@@ -31,6 +35,26 @@ std::filesystem::path SceneFile(const wchar_t* name) {
 
 std::filesystem::path SceneTruth() {
     return SceneFile(L"truth.pfm");
+}
+
+testfiles::ProgramResult ConvertProgram::Convert(const std::vector<std::wstring>& arguments) const {
+    struct CurrentFolder {
+        explicit CurrentFolder(const std::filesystem::path& folder) {
+            std::filesystem::current_path(folder);
+        }
+        ~CurrentFolder() { std::filesystem::current_path(previous); }
+        const std::filesystem::path previous = std::filesystem::current_path();
+    };
+    std::ostringstream out;
+    std::ostringstream err;
+    testfiles::ProgramResult result;
+    {
+        const CurrentFolder work(mWork.Path());
+        result.exitCode = static_cast<DWORD>(convert::Run(arguments, out, err));
+    }
+    result.out = out.str();
+    result.err = err.str();
+    return result;
 }
 
 std::filesystem::path ConvertProgram::CopyScene(const std::wstring& name) const {

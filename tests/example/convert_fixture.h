@@ -1,5 +1,5 @@
-// Runs ostrel-convert.exe in a scratch folder of its own, on a scene camsim synthesised once for
-// the whole test program.
+// Runs the converter in a scratch folder of its own, on a scene camsim synthesised once for the
+// whole test program.
 #pragma once
 
 #include <filesystem>
@@ -19,8 +19,10 @@ std::filesystem::path SceneTruth();
 
 class ConvertProgram : public testing::Test {
 protected:
-    // Runs the converter with the work folder as its current folder.
-    testfiles::ProgramResult Convert(const std::vector<std::wstring>& arguments) const {
+    // Runs the converter in this process, with the work folder as the current folder.
+    testfiles::ProgramResult Convert(const std::vector<std::wstring>& arguments) const;
+    // Runs ostrel-convert.exe as a process of its own, in the work folder.
+    testfiles::ProgramResult ConvertProcess(const std::vector<std::wstring>& arguments) const {
         return testfiles::RunProgram(L"ostrel-convert.exe", arguments, mWork.Path());
     }
     // Copies the scene into the work folder under `name`.

@@ -36,45 +36,6 @@ TEST(ReadPgm, Reads16BitBigEndianSamplesPastHeaderComments) {
               (std::vector<std::uint16_t>{0x0001, 0x0100, 0xFFFE, 0x1234, 0x8000, 0x0000}));
 }
 
-struct BadFile {
-    std::string bytes;
-    std::string problem;
-};
-
-void PrintTo(const BadFile& bad, std::ostream* out) {
-    *out << bad.problem;
-}
-
-class UnreadablePgm : public testing::TestWithParam<BadFile> {};
-
-TEST_P(UnreadablePgm, IsRefusedNamingTheFile) {
-    const ScratchFolder folder(L"bad-pgm");
-    testfiles::WriteBytes(folder / L"bad.pgm", GetParam().bytes);
-    formats::Frame frame;
-    std::string error;
-    EXPECT_FALSE(formats::ReadPgm(folder / L"bad.pgm", frame, error));
-    EXPECT_NE(error.find("bad.pgm: "), std::string::npos) << error;
-    EXPECT_NE(error.find(GetParam().problem), std::string::npos) << error;
-}
-
-INSTANTIATE_TEST_SUITE_P(, UnreadablePgm,
-                         testing::Values(BadFile{"P2\n2 2\n255\n1 2 3 4", "P5"},
-                                         BadFile{"P5\n2 2\n70000\nabcd", "maxval"},
-                                         BadFile{"P5\n2\n", "header"}));
-
-// A 4x3 Int32 frame takes 48 bytes exactly (as RawFrames of the program shows).
-TEST(ReadRaw, RefusesFilesOfAnotherSizeNamingTheFile) {
-    const ScratchFolder folder(L"raw");
-    for (const std::size_t size : {47, 49}) {
-        testfiles::WriteBytes(folder / L"f.raw", std::string(size, '\x01'));
-        formats::Frame frame;
-        std::string error;
-        EXPECT_FALSE(formats::ReadRaw(folder / L"f.raw", {4, 3, vz::Int32}, frame, error));
-        EXPECT_NE(error.find("f.raw: "), std::string::npos) << error;
-        EXPECT_EQ(error.find("truncated") != std::string::npos, size < 48) << error;
-    }
-}
-
 TEST(WriteCsv, WritesOneLinePerRowThatReadsBackExactly) {
     std::ostringstream out;
     formats::WriteCsv(out, 2, 2, std::vector<float>{0.1f, -2.0f, 36.6f, 1e-3f});

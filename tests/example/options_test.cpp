@@ -1,4 +1,4 @@
-// The command line: values refused with a message naming the option, and what options imply.
+// The command line: what the options and their values come to (refusals are bad-input runs).
 #include <gtest/gtest.h>
 
 #include "options.h"
@@ -6,46 +6,6 @@
 namespace {
 
 using convert::Options;
-
-struct BadCommandLine {
-    std::vector<std::wstring> arguments;
-    std::string named; // what the message must name
-};
-
-// Test names show the arguments (all ASCII).
-void PrintTo(const BadCommandLine& bad, std::ostream* out) {
-    for (const std::wstring& argument : bad.arguments) {
-        *out << std::string(argument.begin(), argument.end()) << ' ';
-    }
-}
-
-class RefusedOptions : public testing::TestWithParam<BadCommandLine> {};
-
-TEST_P(RefusedOptions, NameTheOptionAtFault) {
-    std::vector<std::wstring> arguments{L"frame.pgm"};
-    arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
-    Options options;
-    std::string error;
-    EXPECT_FALSE(convert::ParseOptions(arguments, options, error));
-    EXPECT_NE(error.find(GetParam().named), std::string::npos) << error;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , RefusedOptions,
-    // Unknown types and units and presets above three: see the BadInput runs of the program.
-    testing::Values(BadCommandLine{{L"--preset", L"-1"}, "--preset"},
-                    BadCommandLine{{L"--factory-cal", L"4=cal.txt"}, "--factory-cal"},
-                    BadCommandLine{{L"--emissivity", L"1.5"}, "--emissivity"},
-                    BadCommandLine{{L"--reflected", L"-300"}, "--reflected"},
-                    BadCommandLine{{L"--range", L"40:10"}, "--range"},
-                    BadCommandLine{{L"--width", L"0"}, "--width"},
-                    BadCommandLine{{L"--height", L"12x"}, "--height"},
-                    BadCommandLine{{L"--bogus"}, "--bogus"},
-                    BadCommandLine{{L"--pfm=yes"}, "--pfm"},
-                    BadCommandLine{{L"--preset", L"1", L"--preset-map", L"m.pgm"}, "--preset-map"},
-                    BadCommandLine{{L"--keys", L"k.pgm"}, "--key-table"},
-                    BadCommandLine{{L"--type", L"UInt16", L"--width", L"4"}, "--height"},
-                    BadCommandLine{{L"--out"}, "--out"}));
 
 TEST(Options, TakeValuesAfterTheOptionOrAnEqualsSign) {
     const std::vector<std::wstring> arguments{

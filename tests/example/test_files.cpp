@@ -1,5 +1,9 @@
 #include "test_files.h"
 
+#define STB_IMAGE_IMPLEMENTATION
+#define STBI_ONLY_PNG
+#include <stb_image.h>
+
 #include <windows.h>
 
 #include <algorithm>
@@ -77,19 +81,12 @@ std::vector<float> ReadPfm(const std::filesystem::path& file, std::uint32_t& wid
 
 PngSize ReadPngSize(const std::filesystem::path& file) {
     const std::string bytes = ReadBytes(file);
-    static constexpr char kSignature[] = "\x89PNG\r\n\x1a\n";
-    if (bytes.size() < 24 || bytes.compare(0, 8, kSignature, 8) != 0 ||
-        bytes.compare(12, 4, "IHDR") != 0) {
+    int width = 0, height = 0, channels = 0;
+    if (!stbi_info_from_memory(reinterpret_cast<const stbi_uc*>(bytes.data()),
+                               static_cast<int>(bytes.size()), &width, &height, &channels)) {
         return {};
     }
-    const auto bigEndian = [&](std::size_t at) {
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < 4; ++i) {
-            value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
-        }
-        return value;
-    };
-    return {bigEndian(16), bigEndian(20)};
+    return {static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height)};
 }
 
 } // namespace testfiles

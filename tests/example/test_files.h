@@ -42,7 +42,7 @@ struct PngSize {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
 };
-// From the PNG signature and IHDR chunk; zeros when the file is not a PNG.
+// Zeros when the file is not a PNG.
 PngSize ReadPngSize(const std::filesystem::path& file);
 
 } // namespace testfiles
