@@ -62,12 +62,7 @@ bool WriteFrameOutputs(const Options& options, const std::filesystem::path& inpu
             return false;
         }
     }
-    for (formats::OutputFile& file : files) {
-        if (!file.Commit(error)) {
-            return false;
-        }
-    }
-    return true;
+    return formats::CommitAll(files, error);
 }
 
 } // namespace convert

@@ -3,6 +3,8 @@
 #include <ostrel.h>
 
 #include <chrono>
+#include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -131,16 +133,23 @@ int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
 } // namespace
 
 int Run(std::span<const std::wstring> arguments, std::ostream& out, std::ostream& err) {
-    Options options;
-    std::string error;
-    if (!ParseOptions(arguments, options, error)) {
-        return Fail(err, error);
+    // Whatever is thrown ends here as one line; the outputs not committed are gone by then.
+    try {
+        Options options;
+        std::string error;
+        if (!ParseOptions(arguments, options, error)) {
+            return Fail(err, error);
+        }
+        if (options.help) {
+            out << Usage();
+            return 0;
+        }
+        return RunWith(options, out, err);
+    } catch (const std::bad_alloc&) {
+        return Fail(err, "out of memory");
+    } catch (const std::exception& failure) {
+        return Fail(err, failure.what());
     }
-    if (options.help) {
-        out << Usage();
-        return 0;
-    }
-    return RunWith(options, out, err);
 }
 
 } // namespace convert

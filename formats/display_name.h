@@ -7,7 +7,7 @@
 
 namespace formats {
 
-// In the ANSI code page, characters it lacks shown as "?".
+// In UTF-8; a lone surrogate, which UTF-8 can't hold, shows as U+FFFD.
 std::string Narrow(std::wstring_view text);
 inline std::string DisplayName(const std::filesystem::path& path) {
     return Narrow(path.native());

@@ -1,5 +1,6 @@
 #include "frame_files.h"
 
+#include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <optional>
@@ -11,22 +12,42 @@
 namespace formats {
 namespace {
 
-bool ReadWholeFile(const std::filesystem::path& file, std::vector<std::byte>& bytes,
-                   std::string& error) {
-    std::ifstream in(file, std::ios::binary);
-    std::error_code code;
-    const auto size = std::filesystem::file_size(file, code);
-    if (!in || code) {
-        error = DisplayName(file) + ": can't be opened";
-        return false;
+// A frame file read piece by piece, so that only what its header promises is ever read.
+class FrameFile {
+public:
+    bool Open(const std::filesystem::path& file, std::string& error) {
+        mName = DisplayName(file);
+        mIn.open(file, std::ios::binary);
+        std::error_code code;
+        mSize = std::filesystem::file_size(file, code);
+        if (!mIn || code) {
+            error = mName + ": can't be opened";
+            return false;
+        }
+        return true;
     }
-    bytes.resize(size);
-    if (!in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size))) {
-        error = DisplayName(file) + ": read error";
-        return false;
+    std::uint64_t Size() const { return mSize; }
+    const std::string& Name() const { return mName; }
+    // count bytes from offset, which the caller has found inside the file.
+    bool Read(std::uint64_t offset, std::size_t count, std::vector<std::byte>& bytes,
+              std::string& error) {
+        bytes.resize(count);
+        mIn.seekg(static_cast<std::streamoff>(offset));
+        if (!mIn.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count))) {
+            error = mName + ": read error";
+            return false;
+        }
+        return true;
     }
-    return true;
-}
+
+private:
+    std::string mName;
+    std::ifstream mIn;
+    std::uint64_t mSize = 0;
+};
+
+// Where a PGM header must end: a longer one is taken as malformed.
+constexpr std::uint64_t kLargestPgmHeader = 65536;
 
 // Walks a PGM header: whitespace and "#" comments may come before every number.
 class HeaderReader {
@@ -102,16 +123,19 @@ std::optional<std::uint32_t> ParseSide(std::wstring_view text) {
 }
 
 bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error) {
-    std::vector<std::byte> bytes;
-    if (!ReadWholeFile(file, bytes, error)) {
+    FrameFile in;
+    std::vector<std::byte> head;
+    if (!in.Open(file, error) ||
+        !in.Read(0, static_cast<std::size_t>(std::min(in.Size(), kLargestPgmHeader)), head,
+                 error)) {
         return false;
     }
-    const std::string name = DisplayName(file);
-    if (bytes.size() < 2 || bytes[0] != std::byte{'P'} || bytes[1] != std::byte{'5'}) {
+    const std::string& name = in.Name();
+    if (head.size() < 2 || head[0] != std::byte{'P'} || head[1] != std::byte{'5'}) {
         error = name + ": not a binary PGM image (P5)";
         return false;
     }
-    HeaderReader header(bytes);
+    HeaderReader header(head);
     const auto width = header.Number();
     const auto height = header.Number();
     const auto maxval = header.Number();
@@ -119,24 +143,26 @@ bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error
         error = name + ": malformed PGM header";
         return false;
     }
-    if (*width == 0 || *height == 0 || *maxval == 0 || *maxval > 65535) {
+    if (!FitsLimits(*width, *height) || *maxval == 0 || *maxval > 65535) {
         error = name + ": PGM size " + std::to_string(*width) + "x" + std::to_string(*height) +
                 " or maxval " + std::to_string(*maxval) + " out of range";
         return false;
     }
+    // Bytes after the frame (a next image, say) are not read.
     const bool wide = *maxval > 255;
     const std::uint64_t expected = std::uint64_t{*width} * *height * (wide ? 2 : 1);
-    const std::size_t available = bytes.size() - header.Position();
+    const std::uint64_t available = in.Size() - header.Position();
     if (available < expected) {
         error = name + ": truncated: " + std::to_string(available) + " bytes of pixel data, " +
                 std::to_string(expected) + " expected";
         return false;
     }
+    if (!in.Read(header.Position(), static_cast<std::size_t>(expected), frame.data, error)) {
+        return false;
+    }
     frame.width = *width;
     frame.height = *height;
     frame.type = wide ? vz::UInt16 : vz::UInt8;
-    const auto samples = bytes.begin() + static_cast<std::ptrdiff_t>(header.Position());
-    frame.data.assign(samples, samples + static_cast<std::ptrdiff_t>(expected));
     if (wide) {
         for (std::size_t i = 0; i < frame.data.size(); i += 2) {
             std::swap(frame.data[i], frame.data[i + 1]);
@@ -147,23 +173,35 @@ bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error
 
 bool ReadRaw(const std::filesystem::path& file, const RawLayout& layout, Frame& frame,
              std::string& error) {
-    std::vector<std::byte> bytes;
-    if (!ReadWholeFile(file, bytes, error)) {
+    FrameFile in;
+    if (!in.Open(file, error)) {
+        return false;
+    }
+    if (!FitsLimits(layout.width, layout.height)) {
+        error = in.Name() + ": " + Describe(layout) + " is more than " +
+                std::to_string(kLargestPixelCount) + " pixels";
         return false;
     }
     const std::uint64_t expected =
         std::uint64_t{layout.width} * layout.height * ElementSize(layout.type);
-    if (bytes.size() != expected) {
-        error = DisplayName(file) + (bytes.size() < expected ? ": truncated: " : ": ") +
-                std::to_string(bytes.size()) + " bytes, but " + Describe(layout) + " needs " +
+    if (in.Size() != expected) {
+        error = in.Name() + (in.Size() < expected ? ": truncated: " : ": ") +
+                std::to_string(in.Size()) + " bytes, but " + Describe(layout) + " needs " +
                 std::to_string(expected);
+        return false;
+    }
+    if (!in.Read(0, static_cast<std::size_t>(expected), frame.data, error)) {
         return false;
     }
     frame.width = layout.width;
     frame.height = layout.height;
     frame.type = layout.type;
-    frame.data = std::move(bytes);
     return true;
+}
+
+bool FitsLimits(std::uint64_t width, std::uint64_t height) {
+    return width != 0 && height != 0 && width <= kLargestSide && height <= kLargestSide &&
+           width * height <= kLargestPixelCount;
 }
 
 } // namespace formats

@@ -57,11 +57,20 @@ bool OutputFile::Open(const std::filesystem::path& target, std::string& error) {
     return true;
 }
 
-bool OutputFile::Commit(std::string& error) {
-    mStream.close();
+bool OutputFile::Finish(std::string& error) {
+    if (mStream.is_open()) {
+        mStream.close();
+    }
     if (mTemporary.empty() || mStream.fail()) {
         error = DisplayName(mTarget) + ": write error";
         Discard();
+        return false;
+    }
+    return true;
+}
+
+bool OutputFile::Commit(std::string& error) {
+    if (!Finish(error)) {
         return false;
     }
     if (!MoveFileExW(mTemporary.c_str(), mTarget.c_str(), MOVEFILE_REPLACE_EXISTING)) {
@@ -71,6 +80,27 @@ bool OutputFile::Commit(std::string& error) {
         return false;
     }
     mTemporary.clear();
+    return true;
+}
+
+void OutputFile::Withdraw() {
+    DeleteFileW(mTarget.c_str());
+}
+
+bool CommitAll(std::span<OutputFile> files, std::string& error) {
+    for (OutputFile& file : files) {
+        if (!file.Finish(error)) {
+            return false;
+        }
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!files[i].Commit(error)) {
+            for (std::size_t j = 0; j < i; ++j) {
+                files[j].Withdraw();
+            }
+            return false;
+        }
+    }
     return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <string>
 
 namespace formats {
@@ -26,11 +27,20 @@ public:
     bool Commit(std::string& error);
 
 private:
+    bool Finish(std::string& error);
+    // Removes the committed target again.
+    void Withdraw();
     void Discard();
+
+    friend bool CommitAll(std::span<OutputFile> files, std::string& error);
 
     std::filesystem::path mTarget;
     std::filesystem::path mTemporary;
     std::ofstream mStream;
 };
+
+// Commits every file or none: all are written out before the first is renamed, and when a rename
+// fails the files already renamed are removed again.
+bool CommitAll(std::span<OutputFile> files, std::string& error);
 
 } // namespace formats

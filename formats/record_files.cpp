@@ -7,6 +7,8 @@
 #include <set>
 #include <variant>
 
+#include "display_name.h"
+
 namespace formats {
 namespace {
 
@@ -37,13 +39,13 @@ bool ReadFields(const std::filesystem::path& file, const std::map<std::string, F
                 std::string& error) {
     std::ifstream in(file);
     if (!in) {
-        error = file.string() + ": can't be read";
+        error = DisplayName(file) + ": can't be read";
         return false;
     }
     std::set<std::string> seen;
     std::string line;
     for (int number = 1; std::getline(in, line); ++number) {
-        const std::string where = file.string() + ":" + std::to_string(number) + ": ";
+        const std::string where = DisplayName(file) + ":" + std::to_string(number) + ": ";
         line = Trim(line.substr(0, line.find('#')));
         if (line.empty()) {
             continue;
@@ -70,7 +72,7 @@ bool ReadFields(const std::filesystem::path& file, const std::map<std::string, F
         }
     }
     if (in.bad()) {
-        error = file.string() + ": read error";
+        error = DisplayName(file) + ": read error";
         return false;
     }
     return true;

@@ -64,6 +64,17 @@ const BadRun kBadRuns[] = {
     {"NotABinaryPgm", {{L"a.pgm", "P2\n2 2\n255\n1 2 3 4"}}, {L"a.pgm"}, "a.pgm: not a binary"},
     {"MaxvalAbove65535", {{L"a.pgm", "P5\n2 2\n70000\nabcd"}}, {L"a.pgm"}, "maxval 70000"},
     {"MalformedHeader", {{L"a.pgm", "P5\n2\n"}}, {L"a.pgm"}, "a.pgm: malformed PGM header"},
+    // Sides whose product overflows, as a frame and as a key image.
+    {"HugePgmHeader",
+     {{L"a.pgm", "P5\n2147549185 4294836226\n255\n0123"}},
+     {L"a.pgm"},
+     "a.pgm: PGM size 2147549185x4294836226"},
+    {"HugeKeyImage",
+     {{L"keys.pgm", "P5\n2147549185 4294836226\n255\n0123"}, {L"table.txt", "1 0\n"}},
+     {L"f.pgm", L"--keys", L"keys.pgm", L"--key-table", L"table.txt"},
+     "keys.pgm: PGM size"},
+    // A name no code page holds: a lone surrogate shows as U+FFFD.
+    {"UnencodableName", {}, {L"f.pgm", L"--object-params", L"p\xD800.txt"}, "p\xEF\xBF\xBD.txt"},
     {"PgmOfAnotherSize", {}, {L"f.pgm", L"--width", L"5", L"--height", L"4"}, "f.pgm"},
     {"ShortRaw",
      {{L"f.raw", std::string(47, '\1')}},

@@ -1,6 +1,10 @@
 // ostrel-convert.exe against the simulator: temperatures of a synthetic scene against its
 // truth, the three dispatchers, raw frames of every kind, the picture and batches.
+#include <windows.h>
+
 #include <cstring>
+
+#include <unique_resource.h>
 
 #include "convert_fixture.h"
 
@@ -124,6 +128,30 @@ TEST_F(ConvertProgram, DispatchersGiveIdenticalTemperatures) {
     ASSERT_FALSE(uniform.empty());
     EXPECT_TRUE(ReadBytes(mWork / L"map" / L"scene.pfm") == uniform);
     EXPECT_TRUE(ReadBytes(mWork / L"keyed" / L"scene.pfm") == uniform);
+}
+
+// Only the frame is read, however long the file behind its header.
+TEST_F(ConvertProgram, ReadsOnlyTheFrameOfALongerFile) {
+    const auto frame = CopyScene(L"scene.pgm");
+    {
+        const owners::UniqueFile file(CreateFileW(frame.c_str(), GENERIC_WRITE, 0, nullptr,
+                                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        ASSERT_TRUE(file);
+        ASSERT_TRUE(SetFilePointerEx(file.get(), {.QuadPart = 64ll << 30}, nullptr, FILE_BEGIN));
+        ASSERT_TRUE(SetEndOfFile(file.get())) << "a sparse file of 64 GiB";
+    }
+    const auto result = Convert({L"scene.pgm", L"--pfm"});
+    EXPECT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_TRUE(std::filesystem::exists(mWork / L"scene.pfm"));
+}
+
+// A frame's outputs appear together or not at all.
+TEST_F(ConvertProgram, AnOutputThatCantBeWrittenLeavesNoneOfTheOthers) {
+    CopyScene(L"scene.pgm");
+    std::filesystem::create_directory(mWork / L"scene.csv");
+    testfiles::ExpectOneLineFailure(Convert({L"scene.pgm", L"--pfm", L"--csv"}), "scene.csv");
+    EXPECT_EQ(FolderContents(mWork.Path()),
+              (std::vector<std::wstring>{L"scene.csv", L"scene.pgm"}));
 }
 
 // As a process of its own: the executable's exit code and its files on disk. A picture holds
