@@ -4,22 +4,25 @@
 
 namespace {
 
-CRITICAL_SECTION gOstrelSection;
-INIT_ONCE gOstrelSectionOnce = INIT_ONCE_STATIC_INIT;
-
-BOOL CALLBACK InitializeSection(PINIT_ONCE, PVOID, PVOID*) {
-    InitializeCriticalSection(&gOstrelSection);
+BOOL CALLBACK InitializeSection(PINIT_ONCE, PVOID section, PVOID*) {
+    InitializeCriticalSection(static_cast<CRITICAL_SECTION*>(section));
     return TRUE;
 }
 
+// Never deleted: a call proxy whose connection attempt failed still enters and leaves it, and a
+// proxy on one thread may still be leaving it while the last handle tears the connection down on
+// another.
+constinit LazySection gOstrelSection;
+
 } // namespace
 
-// Created lazily, so loading the library creates nothing, and never deleted: a call proxy whose
-// connection attempt failed still enters and leaves it, and a proxy on one thread may still be
-// leaving it while the last handle tears the connection down on another.
+CRITICAL_SECTION& LazySection::Get() {
+    InitOnceExecuteOnce(&mOnce, InitializeSection, &mSection, nullptr);
+    return mSection;
+}
+
 CRITICAL_SECTION& OstrelSection() {
-    InitOnceExecuteOnce(&gOstrelSectionOnce, InitializeSection, nullptr, nullptr);
-    return gOstrelSection;
+    return gOstrelSection.Get();
 }
 
 void ostrelEnter() {

@@ -13,6 +13,11 @@ DWORD gHostThreadId = 0;
 
 namespace {
 
+// Serialises the first connection and the last release between threads, so that no thread
+// takes a reference to a connection another thread is tearing down. A thread alone makes the
+// same calls as without it.
+constinit LazySection gConnectionSection;
+
 bool MeetsMinimumVersion(DWORD major, DWORD minor, DWORD build) {
     return major > 5 || (major == 5 && (minor > 90 || (minor == 90 && build >= 4)));
 }
@@ -27,6 +32,7 @@ IOstrelHost* Abandon() {
 } // namespace
 
 IOstrelHost* ConnectOstrel() {
+    const SectionGuard connecting(gConnectionSection);
     if (gOstrelHost != nullptr) {
         ++gHostRefs;
         gOstrelHost->AddRef();
@@ -82,6 +88,11 @@ void ReleaseOstrelHost(IOstrelHost* host) {
     }
     host->Release();
     if (gOstrelHost == nullptr || gHostRefs.fetch_sub(1) != 1) {
+        return;
+    }
+    // Another thread may have connected again between the count's fall and this point.
+    const SectionGuard releasing(gConnectionSection);
+    if (gOstrelHost == nullptr || gHostRefs != 0) {
         return;
     }
     gInterfaceTable->RevokeInterfaceFromGlobal(gHostCookie);
