@@ -1,5 +1,4 @@
 #include <cstdlib>
-#include <optional>
 #include <string>
 
 #include "broadcal_steps.h"
@@ -11,41 +10,55 @@ constexpr wchar_t kCountsBufferBase[] = L"Calorvue<->Ostrel CountsConvBuffer";
 constexpr wchar_t kTempBufferBase[] = L"Calorvue<->Ostrel TempConvBuffer";
 constexpr int kNameAttempts = 10000;
 
-// A name no mapping holds yet: the base name, with one more random number appended for every
-// name found taken.
-std::optional<std::wstring> UnusedMappingName(const wchar_t* base) {
-    std::wstring name = base;
-    for (int attempts = 0; attempts < kNameAttempts; ++attempts) {
-        owners::UniqueHandle taken(
-            OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, name.c_str()));
-        if (!taken) {
-            return name;
-        }
-        name += std::to_wstring(std::rand());
+// Names follow the base name with one more random number appended for every name found taken.
+class MappingNames {
+public:
+    explicit MappingNames(const wchar_t* base) : mName(base) {}
+    const std::wstring& Current() const { return mName; }
+    // The next name; false when the attempts are used up.
+    bool Next() {
+        mName += std::to_wstring(std::rand());
+        return ++mAttempts < kNameAttempts;
     }
-    return std::nullopt;
-}
+
+private:
+    std::wstring mName;
+    int mAttempts = 0;
+};
 
 // Creates a named read-write mapping of count elements on the paging file and maps all of it.
 template <class T>
 bool CreateSharedBuffer(const wchar_t* base, owners::UniqueHandle& mapping,
                         owners::UniqueView<T>& view, owners::UniqueBstr& name) {
-    const std::optional<std::wstring> unused = UnusedMappingName(base);
-    if (!unused) {
-        return false;
-    }
-    mapping.reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
-                                     kLutSize * sizeof(T), unused->c_str()));
-    // The call reports failure with null; an invalid handle is refused all the same.
-    if (!mapping || mapping.get() == INVALID_HANDLE_VALUE) {
-        return false;
+    MappingNames names(base);
+    for (;;) {
+        const owners::UniqueHandle taken(
+            OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, names.Current().c_str()));
+        if (taken) {
+            if (!names.Next()) {
+                return false;
+            }
+            continue;
+        }
+        mapping.reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                         kLutSize * sizeof(T), names.Current().c_str()));
+        // The call reports failure with null; an invalid handle is refused all the same.
+        if (mapping && mapping.get() != INVALID_HANDLE_VALUE) {
+            break;
+        }
+        // A name held by another kind of object, or by a mapping we may not open, is taken
+        // as surely as by a mapping we can open.
+        const DWORD why = GetLastError();
+        if ((why != ERROR_INVALID_HANDLE && why != ERROR_ACCESS_DENIED) || !names.Next()) {
+            return false;
+        }
     }
     view.reset(
         static_cast<T*>(MapViewOfFile(mapping.get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0)));
     if (!view) {
         return false;
     }
-    name.reset(SysAllocString(unused->c_str()));
+    name.reset(SysAllocString(names.Current().c_str()));
     return static_cast<bool>(name);
 }
 
