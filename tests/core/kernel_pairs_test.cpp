@@ -84,10 +84,11 @@ void ExpectPairFollowsTheRules(Family family, ApiUInt32 inCode, ApiUInt32 outCod
                        type);
     };
 
-    // Same unit; a scaling and a dividing conversion; an unknown unit, which converts nothing.
+    // Same unit; a scaling conversion with a shift and a dividing one with an offset; an unknown
+    // unit, which converts nothing.
     const std::pair<ETempType, ETempType> units[] = {{eCelsius, eCelsius},
                                                      {eCelsius, eFahrenheit},
-                                                     {eRankine, eKelvin},
+                                                     {eFahrenheit, eCelsius},
                                                      {eKelvin, ETempType{7}}};
     for (auto [lutUnit, type] : units) {
         engine.unit = lutUnit;

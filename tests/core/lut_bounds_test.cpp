@@ -91,13 +91,22 @@ TEST(BoundLut, MarginIsFivePercentButAtLeastFiveDegrees) {
 }
 
 // The calibrated counts reach 750 degrees, but the limit is 200: the high limit is 200 + 10.
+// Below, counts down to 2000 reach -375 degrees, but the limit is -100, so the low limit is
+// -105; the table lies below -100 already at the middle count 5000, which is the low edge.
 TEST(BoundLut, ObservedRangeIsClampedIntoTheLimits) {
-    Table table(Rising);
-    table.Bound(8000, 20000, -100.0f, 200.0f);
-    EXPECT_EQ(table.values[65535], 210.0f);
-    EXPECT_EQ(table.status[65535], eLUTAbove);
-    EXPECT_EQ(table.values[0], -5.0f);
-    EXPECT_EQ(table.status[0], eLUTBelow);
+    Table high(Rising);
+    high.Bound(8000, 20000, -100.0f, 200.0f);
+    EXPECT_EQ(high.values[65535], 210.0f);
+    EXPECT_EQ(high.status[65535], eLUTAbove);
+    EXPECT_EQ(high.values[0], -5.0f);
+    EXPECT_EQ(high.status[0], eLUTBelow);
+
+    Table low(Rising);
+    low.Bound(2000, 8000, -100.0f, 200.0f);
+    EXPECT_EQ(low.values[0], -105.0f);
+    EXPECT_EQ(low.status[4999], eLUTBelow);
+    EXPECT_EQ(low.status[5000], eLUTOutside);
+    EXPECT_EQ(low.status[5001], eLUTValid);
 }
 
 TEST(BoundLut, FlatTableReachingTheLastCountIsAllAbove) {
