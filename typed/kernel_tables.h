@@ -1,6 +1,6 @@
 // The kernel of every family and its 10 x 10 table, built at compile time: cell [a][b] of a
 // family's table is its kernel for input element type a and output element type b. A family
-// (uniform_kernel.h, per_pixel_kernel.h, keyed_kernel.h) says which presets it refreshes and in
+// (uniform_family.h, per_pixel_family.h, keyed_family.h) says which presets it refreshes and in
 // which preset's LUT each pixel is looked up; buffer pointers are typed only inside a cell.
 #pragma once
 

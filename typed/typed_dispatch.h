@@ -4,9 +4,9 @@
 #pragma once
 
 #include "kernel_tables.h"
-#include "keyed_kernel.h"
-#include "per_pixel_kernel.h"
-#include "uniform_kernel.h"
+#include "keyed_family.h"
+#include "per_pixel_family.h"
+#include "uniform_family.h"
 
 namespace vz::typed {
 
