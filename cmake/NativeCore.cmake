@@ -1,4 +1,16 @@
-# Native (Linux) build of the portable computing core: its tests and benchmarks only.
+# Native (Linux) build of the portable computing core: its tests and benchmarks only; or, with
+# OSTREL_FUZZ and clang, the file readers under libFuzzer.
+option(OSTREL_FUZZ "Build the file readers' libFuzzer targets (clang) instead of the core" OFF)
+if(OSTREL_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+    add_subdirectory(standins/vz.reduce)
+    add_subdirectory(formats)
+    add_subdirectory(fuzz)
+    return()
+endif()
+
 option(OSTREL_SANITIZE "Build the core and its tests with AddressSanitizer and UBSan" ON)
 
 if(OSTREL_SANITIZE)
