@@ -36,7 +36,7 @@ TEST_F(StressModes, LifecyclesLeaveNoHandleBehind) {
 
 // Without a held connection, first connections race each other and last releases.
 TEST_F(StressModes, ThreadCallsAllAnswerWhetherAConnectionIsHeldOrNot) {
-    for (const auto [threads, held] : {std::pair{4u, true}, std::pair{8u, false}}) {
+    for (const auto& [threads, held] : {std::pair{4u, true}, std::pair{8u, false}}) {
         const stress::ThreadFigures figures = stress::RunThreadCalls(threads, 50, held);
         EXPECT_EQ(figures.calls, threads * 50);
         EXPECT_EQ(figures.failures, 0u) << (held ? "held" : "churn");
