@@ -14,10 +14,8 @@ namespace vz {
 
 bool CBroadCal::CountsToTemp(unsigned char preset, unsigned short counts, float* temp,
                              unsigned char* status, ETempType type) {
-    EngineLuts luts(*mState);
-    const std::uint16_t count = counts;
-    return typed::CountsToTemp<std::uint16_t, float>(typed::UniformPreset<EngineLuts>{luts, preset},
-                                                     &count, temp, 1, status, type);
+    return CountsToTemp(preset, STypedData{&counts, UInt16}, STypedData{temp, Float}, 1, status,
+                        type);
 }
 
 bool CBroadCal::CountsToTemp(unsigned char preset, unsigned short* counts, float* temp,

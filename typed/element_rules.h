@@ -11,7 +11,9 @@
 
 #include <emmintrin.h>
 
-namespace vz::typed {
+#include "isa_namespace.h"
+
+OSTREL_ISA_BEGIN
 
 // Clamps an input element into a LUT index 0..65535; never rejects.
 template <class In> std::uint16_t CountIndex(In x) {
@@ -73,4 +75,4 @@ template <class Out> Out StoreTemperature(float t) {
     }
 }
 
-} // namespace vz::typed
+OSTREL_ISA_END

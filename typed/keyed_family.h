@@ -2,20 +2,9 @@
 #pragma once
 
 #include "lut_engine.h"
-#include "pixel_loops.h"
+#include "lut_sources.h"
 
 namespace vz::typed {
-
-// The key is an unsigned index into the caller's table, unchecked.
-template <LutEngine E> struct KeyedLuts {
-    E& engine;
-    const ApiUInt32* pixelKeys;
-    const unsigned char* keyToPreset;
-    LutPair At(std::size_t k) const {
-        const unsigned char preset = keyToPreset[pixelKeys[k]];
-        return {engine.LutOutput(preset), engine.LutStatus(preset)};
-    }
-};
 
 template <LutEngine E> struct KeyedPresets {
     E& engine;
@@ -24,7 +13,11 @@ template <LutEngine E> struct KeyedPresets {
 
     // The active presets are brought up to date, not those the keys reach.
     bool Refresh() const { return RefreshActiveLUTs(engine); }
-    KeyedLuts<E> Luts() const { return {engine, pixelKeys, keyToPreset}; }
+    KeyedLuts Luts() const {
+        KeyedLuts luts{{}, pixelKeys, keyToPreset};
+        AllPresetLuts(engine, luts.presets);
+        return luts;
+    }
 };
 
 } // namespace vz::typed

@@ -3,6 +3,7 @@
 
 #include <concepts>
 
+#include "lut_sources.h"
 #include "ostrel_types.h"
 
 namespace vz::typed {
@@ -28,6 +29,13 @@ template <LutEngine E> bool RefreshActiveLUTs(E& engine) {
         }
     }
     return true;
+}
+
+// The tables of every preset as they stand, for pixels that pick their preset one by one.
+template <LutEngine E> void AllPresetLuts(const E& engine, LutPair (&presets)[kPresetCount]) {
+    for (unsigned char preset = 0; preset < kPresetCount; ++preset) {
+        presets[preset] = {engine.LutOutput(preset), engine.LutStatus(preset)};
+    }
 }
 
 } // namespace vz::typed

@@ -9,9 +9,11 @@
 
 #include <emmintrin.h>
 
+#include "isa_namespace.h"
+
 #include "element_rules.h"
 
-namespace vz::typed {
+OSTREL_ISA_BEGIN
 
 // The four indices held in the low halves of four 32-bit lanes.
 inline void ExtractIndices(__m128i lanes, std::uint16_t (&indices)[4]) {
@@ -131,4 +133,4 @@ template <class Out> void StoreTemperatures(Out* out, __m128 t) {
     }
 }
 
-} // namespace vz::typed
+OSTREL_ISA_END

@@ -2,28 +2,22 @@
 #pragma once
 
 #include "lut_engine.h"
-#include "pixel_loops.h"
+#include "lut_sources.h"
 
 namespace vz::typed {
-
-// Presets come from the map for every pixel, unchecked: pixels of different presets may be
-// interleaved freely.
-template <LutEngine E> struct PresetMapLuts {
-    E& engine;
-    const unsigned char* presetMap;
-    LutPair At(std::size_t k) const {
-        const unsigned char preset = presetMap[k];
-        return {engine.LutOutput(preset), engine.LutStatus(preset)};
-    }
-};
 
 template <LutEngine E> struct PresetMap {
     E& engine;
     const unsigned char* presetMap;
 
-    // The active presets are brought up to date, not those the map names.
+    // The active presets are brought up to date, not those the map names; pixels of different
+    // presets may be interleaved freely.
     bool Refresh() const { return RefreshActiveLUTs(engine); }
-    PresetMapLuts<E> Luts() const { return {engine, presetMap}; }
+    MappedLuts Luts() const {
+        MappedLuts luts{{}, presetMap};
+        AllPresetLuts(engine, luts.presets);
+        return luts;
+    }
 };
 
 } // namespace vz::typed

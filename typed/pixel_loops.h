@@ -1,81 +1,56 @@
-// The pixel loop shared by the three kernel families. A family only decides which preset's tables
-// a pixel is looked up in (its LUT source); the per-call choices, unit conversion and status, pick
-// one of six instances of the loop before any pixel is touched. The loop takes its LUT source and
-// conversion by value: a status byte store may alias any memory, but not a local copy.
+// The pixel loop shared by the kernels of every family and instruction set. The loop goes a
+// group of lanes at a time (four with SSE2, eight with AVX2: the lanes of the set this
+// translation unit is compiled for), then one by one. The per-call choices, unit conversion and
+// status, pick one of six instances of the loop before any pixel is touched. The loop takes its
+// table source and conversion by value: a status byte store may alias any memory, but not a
+// local copy.
 #pragma once
 
 #include <cstddef>
-#include <cstring>
-
-#include <emmintrin.h>
 
 #include "element_rules.h"
+#include "isa_namespace.h"
+#include "lut_sources.h"
 #include "ostrel_types.h"
-#include "packed_rules.h"
-#include "temp_units.h"
+#include "unit_formulas.h"
 
-namespace vz::typed {
+#if defined(__AVX2__)
+#include "lanes_avx2.h"
+#else
+#include "lanes_sse2.h"
+#endif
 
-// The temperature and status tables one pixel is looked up in.
-struct LutPair {
-    const float* values;
-    const unsigned char* status;
-};
+OSTREL_ISA_BEGIN
 
 // Temperatures left in the LUT unit.
 struct KeepUnit {
-    float operator()(float t) const { return t; }
-    __m128 operator()(__m128 t) const { return t; }
+    template <class T> T operator()(T t) const { return t; }
 };
 
-// A unit conversion with its kind fixed before the loop; four values go through the same double
-// operations, lane by lane, as one value does, so every result equals ConvertTemp's.
+// A unit conversion with its kind fixed before the loop.
 template <UnitConversion::Kind kKind> struct ConvertUnit {
     UnitConversion conversion;
 
-    float operator()(float t) const {
-        if constexpr (kKind == UnitConversion::kScale) {
-            return conversion.Scale(t);
-        } else {
-            return conversion.Divide(t);
-        }
-    }
-    __m128 operator()(__m128 t) const {
-        const auto convert = [this](__m128d x) {
-            x = _mm_add_pd(x, _mm_set1_pd(conversion.offset));
-            if constexpr (kKind == UnitConversion::kScale) {
-                x = _mm_mul_pd(x, _mm_set1_pd(conversion.factor));
-            } else {
-                x = _mm_div_pd(x, _mm_set1_pd(conversion.factor));
-            }
-            return _mm_cvtpd_ps(_mm_add_pd(x, _mm_set1_pd(conversion.shift)));
-        };
-        return _mm_movelh_ps(convert(_mm_cvtps_pd(t)), convert(_mm_cvtps_pd(_mm_movehl_ps(t, t))));
-    }
+    float operator()(float t) const { return Converted<kKind>(conversion, t); }
+    Lanes::Floats operator()(Lanes::Floats t) const { return Lanes::Convert<kKind>(conversion, t); }
 };
 
-// Four pixels at a time, then the rest one by one. The four inputs are read before any result is
-// stored, so a buffer whose input and output elements have the same width may be converted in
-// place; the four results are stored together.
-template <bool kWithStatus, class In, class Out, class LutSource, class Unit>
-void LookUpLoop(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const LutSource luts,
+// A group's inputs are all read before any of its results is stored, so a buffer whose input and
+// output elements have the same width may be converted in place.
+template <bool kWithStatus, class In, class Out, class Source, class Unit>
+void LookUpLoop(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const Source luts,
                 const Unit unit) {
     const std::size_t count = n;
     std::size_t k = 0;
-    for (; count - k >= 4; k += 4) {
-        std::uint16_t i[4];
-        CountIndices(in + k, i);
-        const LutPair lut[4] = {luts.At(k), luts.At(k + 1), luts.At(k + 2), luts.At(k + 3)};
-        StoreTemperatures(out + k, unit(_mm_setr_ps(lut[0].values[i[0]], lut[1].values[i[1]],
-                                                    lut[2].values[i[2]], lut[3].values[i[3]])));
+    for (; count - k >= Lanes::kCount; k += Lanes::kCount) {
+        const auto indices = Lanes::CountIndices(in + k);
+        Lanes::Store(out + k, unit(Lanes::Values(luts, k, indices)));
         if constexpr (kWithStatus) {
-            const unsigned char marks[4] = {lut[0].status[i[0]], lut[1].status[i[1]],
-                                            lut[2].status[i[2]], lut[3].status[i[3]]};
-            std::memcpy(status + k, marks, sizeof marks);
+            Lanes::StoreStatus(status + k, luts, k, indices);
         }
     }
     for (; k < count; ++k) {
-        const LutPair lut = luts.At(k);
+        const LutPair lut = LutAt(luts, k);
         const std::uint16_t i = CountIndex(in[k]);
         out[k] = StoreTemperature<Out>(unit(lut.values[i]));
         if constexpr (kWithStatus) {
@@ -84,8 +59,8 @@ void LookUpLoop(const In* in, Out* out, ApiUInt32 n, unsigned char* status, cons
     }
 }
 
-template <class In, class Out, class LutSource, class Unit>
-void LookUp(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const LutSource& luts,
+template <class In, class Out, class Source, class Unit>
+void LookUp(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const Source& luts,
             const Unit& unit) {
     if (status != nullptr) {
         LookUpLoop<true>(in, out, n, status, luts, unit);
@@ -94,23 +69,24 @@ void LookUp(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const Lu
     }
 }
 
-// A requested unit equal to the LUT unit, or a code outside 0..3 (which ConvertTemp leaves
-// untouched), takes the loop without conversion.
-template <class In, class Out, class LutSource>
-void LookUpPixels(const In* in, Out* out, ApiUInt32 n, unsigned char* status, const LutSource& luts,
-                  ETempType lutUnit, ETempType type) {
-    const UnitConversion conversion = UnitConversionFor(lutUnit, type);
+// The kernel of one family and type pair: the conversion picks the loop.
+template <class Source, class In, class Out>
+void LookUpPixels(const Source& luts, const void* in, void* out, ApiUInt32 n, unsigned char* status,
+                  const UnitConversion& conversion) {
+    const auto* typedIn = static_cast<const In*>(in);
+    auto* typedOut = static_cast<Out*>(out);
     switch (conversion.kind) {
     case UnitConversion::kNone:
-        LookUp(in, out, n, status, luts, KeepUnit{});
+        LookUp(typedIn, typedOut, n, status, luts, KeepUnit{});
         break;
     case UnitConversion::kScale:
-        LookUp(in, out, n, status, luts, ConvertUnit<UnitConversion::kScale>{conversion});
+        LookUp(typedIn, typedOut, n, status, luts, ConvertUnit<UnitConversion::kScale>{conversion});
         break;
     case UnitConversion::kDivide:
-        LookUp(in, out, n, status, luts, ConvertUnit<UnitConversion::kDivide>{conversion});
+        LookUp(typedIn, typedOut, n, status, luts,
+               ConvertUnit<UnitConversion::kDivide>{conversion});
         break;
     }
 }
 
-} // namespace vz::typed
+OSTREL_ISA_END

@@ -2,14 +2,9 @@
 #pragma once
 
 #include "lut_engine.h"
-#include "pixel_loops.h"
+#include "lut_sources.h"
 
 namespace vz::typed {
-
-struct FixedLut {
-    LutPair lut;
-    LutPair At(std::size_t) const { return lut; }
-};
 
 template <LutEngine E> struct UniformPreset {
     E& engine;

@@ -1,0 +1,42 @@
+// The kernel set the environment forces is the one the dispatchers use, where the processor and
+// the system have it; these tests run once per set.
+#include <cstdlib>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "kernel_set.h"
+
+namespace vz::testing {
+namespace {
+
+using typed::InstructionSet;
+
+TEST(InstructionSet, TheForcedSetIsTheOneInUse) {
+    const char* forced = std::getenv("OSTREL_CPU");
+    if (forced == nullptr) {
+        GTEST_SKIP() << "OSTREL_CPU is not set";
+    }
+    const struct {
+        const char* name;
+        InstructionSet set;
+        const typed::KernelSet& kernels;
+    } sets[] = {{"sse2", InstructionSet::kSse2, typed::kSse2Kernels},
+                {"avx2", InstructionSet::kAvx2, typed::kAvx2Kernels}};
+    for (const auto& set : sets) {
+        if (std::strcmp(forced, set.name) != 0) {
+            continue;
+        }
+        if (typed::ChosenInstructionSet() < set.set) {
+            GTEST_SKIP() << "this processor or system has no " << forced;
+        }
+        EXPECT_EQ(typed::ChosenInstructionSet(), set.set);
+        EXPECT_EQ(typed::ChosenKernels().fixed, set.kernels.fixed);
+        EXPECT_EQ(typed::ChosenKernels().keyed, set.kernels.keyed);
+        return;
+    }
+    FAIL() << "OSTREL_CPU=" << forced << " names no instruction set";
+}
+
+} // namespace
+} // namespace vz::testing

@@ -1,0 +1,123 @@
+// Eight pixels at a time with AVX2: indices in one register, the values of a single table
+// gathered by one instruction. Loads and stores are unaligned, and no vector is kept in an array:
+// see the note where the flags are set.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include <immintrin.h>
+
+#include "element_rules.h"
+#include "isa_namespace.h"
+#include "lut_sources.h"
+#include "packed_rules.h"
+#include "unit_formulas.h"
+
+OSTREL_ISA_BEGIN
+
+struct Lanes {
+    static constexpr std::size_t kCount = 8;
+    using Indices = __m256i;
+    using Floats = __m256;
+
+    // CountIndex of eight inputs in 32-bit lanes, all read before anything is written.
+    template <class In> static __m256i CountIndices(const In* x) {
+        const __m256i zero = _mm256_setzero_si256();
+        const __m256i top = _mm256_set1_epi32(65535);
+        if constexpr (std::is_same_v<In, float>) {
+            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
+            const __m256 clamped = _mm256_min_ps(
+                _mm256_max_ps(_mm256_loadu_ps(x), _mm256_setzero_ps()), _mm256_set1_ps(65535.0f));
+            return _mm256_cvttps_epi32(clamped);
+        } else if constexpr (std::is_same_v<In, double>) {
+            const auto clamp = [](__m256d v) {
+                return _mm256_cvttpd_epi32(
+                    _mm256_min_pd(_mm256_max_pd(v, _mm256_setzero_pd()), _mm256_set1_pd(65535.0)));
+            };
+            return _mm256_set_m128i(clamp(_mm256_loadu_pd(x + 4)), clamp(_mm256_loadu_pd(x)));
+        } else if constexpr (std::is_same_v<In, std::int32_t>) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
+            return _mm256_min_epi32(_mm256_max_epi32(v, zero), top);
+        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
+            return _mm256_min_epu32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)), top);
+        } else if constexpr (std::is_same_v<In, std::int16_t>) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+            return _mm256_max_epi32(_mm256_cvtepi16_epi32(v), zero);
+        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
+            return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+        } else if constexpr (std::is_same_v<In, std::int8_t>) {
+            const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(x));
+            return _mm256_max_epi32(_mm256_cvtepi8_epi32(v), zero);
+        } else if constexpr (std::is_same_v<In, std::uint8_t>) {
+            return _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(x)));
+        } else {
+            // 64-bit integers: no packed 64-bit comparisons in AVX2.
+            std::uint32_t indices[kCount];
+            for (std::size_t j = 0; j < kCount; ++j) {
+                indices[j] = CountIndex(x[j]);
+            }
+            return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(indices));
+        }
+    }
+
+    static __m256 Values(const FixedLut& luts, std::size_t, __m256i i) {
+        return _mm256_i32gather_ps(luts.lut.values, i, 4);
+    }
+    template <class Source> static __m256 Values(const Source& luts, std::size_t k, __m256i i) {
+        std::uint32_t at[kCount];
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);
+        float values[kCount];
+        for (std::size_t j = 0; j < kCount; ++j) {
+            values[j] = LutAt(luts, k + j).values[at[j]];
+        }
+        return _mm256_loadu_ps(values);
+    }
+
+    // Status bytes one by one: a gather of 32-bit words would read past the end of the table.
+    template <class Source>
+    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m256i i) {
+        std::uint32_t at[kCount];
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);
+        unsigned char marks[kCount];
+        for (std::size_t j = 0; j < kCount; ++j) {
+            marks[j] = LutAt(luts, k + j).status[at[j]];
+        }
+        std::memcpy(status, marks, sizeof marks);
+    }
+
+    // The eight values go through the same double operations, lane by lane, as one value does.
+    template <UnitConversion::Kind kKind>
+    static __m256 Convert(const UnitConversion& conversion, __m256 t) {
+        const auto convert = [&conversion](__m128 half) {
+            __m256d x = _mm256_add_pd(_mm256_cvtps_pd(half), _mm256_set1_pd(conversion.offset));
+            if constexpr (kKind == UnitConversion::kScale) {
+                x = _mm256_mul_pd(x, _mm256_set1_pd(conversion.factor));
+            } else {
+                x = _mm256_div_pd(x, _mm256_set1_pd(conversion.factor));
+            }
+            return _mm256_cvtpd_ps(_mm256_add_pd(x, _mm256_set1_pd(conversion.shift)));
+        };
+        return _mm256_set_m128(convert(_mm256_extractf128_ps(t, 1)),
+                               convert(_mm256_castps256_ps128(t)));
+    }
+
+    template <class Out> static void Store(Out* out, __m256 t) {
+        if constexpr (std::is_same_v<Out, float>) {
+            _mm256_storeu_ps(out, t);
+        } else if constexpr (std::is_same_v<Out, double>) {
+            _mm256_storeu_pd(out, _mm256_cvtps_pd(_mm256_castps256_ps128(t)));
+            _mm256_storeu_pd(out + 4, _mm256_cvtps_pd(_mm256_extractf128_ps(t, 1)));
+        } else if constexpr (std::is_same_v<Out, std::int32_t>) {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_cvttps_epi32(t));
+        } else {
+            // The other integers by the four-lane rules, which handle their overflow.
+            StoreTemperatures(out, _mm256_castps256_ps128(t));
+            StoreTemperatures(out + 4, _mm256_extractf128_ps(t, 1));
+        }
+    }
+};
+
+OSTREL_ISA_END
