@@ -7,14 +7,13 @@
 #include "display_name.h"
 #include "false_colour.h"
 #include "image_writers.h"
-#include "output_file.h"
 #include "png_file.h"
 
 namespace convert {
 
-bool WriteFrameOutputs(const Options& options, const std::filesystem::path& input,
-                       std::uint32_t width, std::uint32_t height, const Temperatures& result,
-                       std::string& error) {
+bool PrepareFrameOutputs(const Options& options, const std::filesystem::path& input,
+                         std::uint32_t width, std::uint32_t height, const Temperatures& result,
+                         std::vector<formats::OutputFile>& files, std::string& error) {
     const std::vector<float>& values = result.values;
     struct Output {
         bool wanted;
@@ -47,7 +46,6 @@ bool WriteFrameOutputs(const Options& options, const std::filesystem::path& inpu
     };
 
     const std::filesystem::path folder = options.outFolder.value_or(input.parent_path());
-    std::vector<formats::OutputFile> files;
     for (const Output& output : outputs) {
         if (!output.wanted) {
             continue;
@@ -62,7 +60,7 @@ bool WriteFrameOutputs(const Options& options, const std::filesystem::path& inpu
             return false;
         }
     }
-    return formats::CommitAll(files, error);
+    return true;
 }
 
 } // namespace convert

@@ -4,16 +4,18 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "frame_conversion.h"
 #include "options.h"
+#include "output_file.h"
 
 namespace convert {
 
-// Writes every output the options ask for to temporary files first and renames them only when
-// all are complete; on failure none of them is left. Errors name the file.
-bool WriteFrameOutputs(const Options& options, const std::filesystem::path& input,
-                       std::uint32_t width, std::uint32_t height, const Temperatures& result,
-                       std::string& error);
+// Writes every output the options ask for to temporary files, which formats::CommitAll then
+// renames all together; on failure none of them is left. Errors name the file.
+bool PrepareFrameOutputs(const Options& options, const std::filesystem::path& input,
+                         std::uint32_t width, std::uint32_t height, const Temperatures& result,
+                         std::vector<formats::OutputFile>& files, std::string& error);
 
 } // namespace convert

@@ -29,6 +29,8 @@ std::optional<unsigned char> ParsePreset(std::string_view text) {
     return static_cast<unsigned char>(*preset);
 }
 
+constexpr unsigned kMostJobs = 256;
+
 class Parser {
 public:
     explicit Parser(Options& options) : mOptions(options) {}
@@ -106,6 +108,15 @@ private:
             return Refuse("is not a temperature in Celsius above absolute zero");
         }
         celsius = *number;
+        return true;
+    }
+
+    bool Jobs(const std::wstring& value) {
+        const auto jobs = ParseNumber<unsigned>(formats::Narrow(value));
+        if (!jobs || *jobs == 0 || *jobs > kMostJobs) {
+            return Refuse(("is not a whole number from 1 to " + std::to_string(kMostJobs)).c_str());
+        }
+        mOptions.jobs = *jobs;
         return true;
     }
 
@@ -224,6 +235,7 @@ private:
         {"--unit", [this](const std::wstring& v) { return Unit(v, mOptions.unit); }},
         {"--out", [this](const std::wstring& v) { return Path(v, mOptions.outFolder.emplace()); }},
         {"--range", [this](const std::wstring& v) { return Range(v); }},
+        {"--jobs", [this](const std::wstring& v) { return Jobs(v); }},
     };
 };
 
@@ -268,6 +280,8 @@ Output, named after each input (with none chosen, --png):
   --status             status bytes as 8-bit PGM      NAME.status.pgm
   --png                false-colour image with bar    NAME.png
   --range MIN:MAX      colour scale in the result unit (default the valid pixels' span)
+
+  --jobs N             frames converted at once (default: the number of cores)
   --help               this text
 )";
 }

@@ -54,6 +54,8 @@ struct Options {
     bool status = false;
     bool png = false;
     std::optional<TemperatureRange> range;
+    // Frames converted at once; 0 for as many as the machine has cores.
+    unsigned jobs = 0;
 };
 
 // The arguments after the program's name. False with a message naming the option or value at

@@ -2,22 +2,20 @@
 
 #include <ostrel.h>
 
-#include <chrono>
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "batch_conversion.h"
 #include "batch_inputs.h"
 #include "batch_summary.h"
 #include "display_name.h"
 #include "engine_setup.h"
-#include "frame_conversion.h"
-#include "frame_files.h"
-#include "frame_outputs.h"
 #include "options.h"
 #include "pixel_presets.h"
-#include "progress_bar.h"
 #include "record_files.h"
 
 namespace convert {
@@ -40,55 +38,6 @@ bool ReadPresetSource(const Options& options, PresetSource& source, std::string&
         return ReadPixelKeys(options.keys, options.keyTable, source.emplace<PixelKeys>(), error);
     }
     return false;
-}
-
-bool ReadFrame(const Options& options, const std::filesystem::path& file, formats::Frame& frame,
-               std::string& error) {
-    if (options.raw) {
-        return formats::ReadRaw(file, *options.raw, frame, error);
-    }
-    if (!formats::ReadPgm(file, frame, error)) {
-        return false;
-    }
-    if (options.width.value_or(frame.width) != frame.width ||
-        options.height.value_or(frame.height) != frame.height) {
-        error = formats::DisplayName(file) + ": " + std::to_string(frame.width) + "x" +
-                std::to_string(frame.height) + " pixels do not match --width " +
-                (options.width ? std::to_string(*options.width) : "(any)") + " --height " +
-                (options.height ? std::to_string(*options.height) : "(any)");
-        return false;
-    }
-    return true;
-}
-
-// Stops at the first frame that fails. The progress bar is gone when this returns, so that a
-// message starts a line of its own.
-bool ConvertFiles(const Options& options, vz::CBroadCal& engine, const PresetSource& source,
-                  const std::vector<std::filesystem::path>& files, BatchSummary& summary,
-                  std::string& error) {
-    ProgressBar progress(files.size());
-    formats::Frame frame;
-    Temperatures result;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const std::filesystem::path& file = files[i];
-        progress.Show(i, file);
-        if (!ReadFrame(options, file, frame, error) || !MatchesFrame(source, frame, file, error)) {
-            return false;
-        }
-        const auto start = std::chrono::steady_clock::now();
-        if (!ConvertFrame(engine, source, frame, options.unit, result)) {
-            error = formats::DisplayName(file) +
-                    ": the camera server failed to build the temperature tables";
-            return false;
-        }
-        const std::chrono::duration<double, std::milli> elapsed =
-            std::chrono::steady_clock::now() - start;
-        if (!WriteFrameOutputs(options, file, frame.width, frame.height, result, error)) {
-            return false;
-        }
-        summary.Add(result.values, result.status, elapsed.count());
-    }
-    return true;
 }
 
 int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
@@ -122,8 +71,10 @@ int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
     if (!LoadIntoEngine(engine, calibration, options.lutUnit, options.dispatch, used, error)) {
         return Fail(err, error);
     }
+    const unsigned jobs =
+        options.jobs != 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
     BatchSummary summary;
-    if (!ConvertFiles(options, engine, source, files, summary, error)) {
+    if (!ConvertBatch(options, jobs, engine, source, files, summary, error)) {
         return Fail(err, error);
     }
     summary.Print(out, options.unit);

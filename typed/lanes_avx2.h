@@ -1,6 +1,7 @@
-// Eight pixels at a time with AVX2: indices in one register, the values of a single table
-// gathered by one instruction. Loads and stores are unaligned, and no vector is kept in an array:
-// see the note where the flags are set.
+// Eight pixels at a time with AVX2: indices, unit conversion and stores in whole registers; the
+// table entries are loaded one by one, as the gather instruction is slower than eight loads on
+// the processors we measured (bench/README.md). Loads and stores are unaligned, and no vector is
+// kept in an array: see the note where the flags are set.
 #pragma once
 
 #include <cstddef>
@@ -63,9 +64,6 @@ struct Lanes {
         }
     }
 
-    static __m256 Values(const FixedLut& luts, std::size_t, __m256i i) {
-        return _mm256_i32gather_ps(luts.lut.values, i, 4);
-    }
     template <class Source> static __m256 Values(const Source& luts, std::size_t k, __m256i i) {
         std::uint32_t at[kCount];
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);

@@ -97,6 +97,7 @@ const BadRun kBadRuns[] = {
     {"ZeroWidth", {}, {L"f.pgm", L"--width", L"0"}, "--width"},
     {"HeightNotANumber", {}, {L"f.pgm", L"--height", L"12x"}, "--height"},
     {"UnknownOption", {}, {L"f.pgm", L"--bogus"}, "--bogus"},
+    {"NoJobs", {}, {L"f.pgm", L"--jobs", L"0"}, "--jobs"},
     {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "--pfm"},
     {"TwoDispatchers",
      {},

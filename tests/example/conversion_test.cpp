@@ -189,4 +189,31 @@ TEST_F(ConvertProgram, FoldersAndWildcardsConvertEveryFrame) {
     EXPECT_EQ(FolderContents(mWork / L"results"), (std::vector<std::wstring>{L"a.pfm", L"b.pfm"}));
 }
 
+// However many frames convert at once, a batch ends as one thread leaves it: the same files and
+// the same summary but for the time per frame; the first bad frame in input order stops it with
+// its line, and no frame after it leaves an output.
+TEST_F(ConvertProgram, BatchesEndAlikeWhateverTheJobs) {
+    std::filesystem::create_directory(mWork / L"frames");
+    for (const wchar_t* name : {L"frames\\a.pgm", L"frames\\b.pgm", L"frames\\c.pgm",
+                                L"frames\\d.pgm", L"frames\\e.pgm"}) {
+        CopyScene(name);
+    }
+    const auto summary = [](const std::string& out) { return out.substr(out.find(" ms per")); };
+    const auto one = Convert({L"frames", L"--pfm", L"--jobs", L"1", L"--out", L"one"});
+    const auto three = Convert({L"frames", L"--pfm", L"--jobs", L"3", L"--out", L"three"});
+    ASSERT_EQ(one.exitCode, 0u) << one.err;
+    ASSERT_EQ(three.exitCode, 0u) << three.err;
+    EXPECT_EQ(summary(three.out), summary(one.out));
+    const auto names = FolderContents(mWork / L"one");
+    ASSERT_EQ(names.size(), 5u);
+    for (const std::wstring& name : names) {
+        EXPECT_TRUE(ReadBytes(mWork / L"three" / name) == ReadBytes(mWork / L"one" / name));
+    }
+
+    testfiles::WriteBytes(mWork / L"frames" / L"c.pgm", "P5\n64 48\n65535\ntoo short");
+    testfiles::ExpectOneLineFailure(
+        Convert({L"frames", L"--pfm", L"--jobs", L"3", L"--out", L"stopped"}), "c.pgm");
+    EXPECT_EQ(FolderContents(mWork / L"stopped"), (std::vector<std::wstring>{L"a.pfm", L"b.pfm"}));
+}
+
 } // namespace
