@@ -67,11 +67,9 @@ struct Lanes {
     template <class Source> static __m256 Values(const Source& luts, std::size_t k, __m256i i) {
         std::uint32_t at[kCount];
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);
-        float values[kCount];
-        for (std::size_t j = 0; j < kCount; ++j) {
-            values[j] = LutAt(luts, k + j).values[at[j]];
-        }
-        return _mm256_loadu_ps(values);
+        const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at[j]]; };
+        return _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4), value(5), value(6),
+                              value(7));
     }
 
     // Status bytes one by one: a gather of 32-bit words would read past the end of the table.
