@@ -22,11 +22,16 @@ bool MeetsMinimumVersion(DWORD major, DWORD minor, DWORD build) {
     return major > 5 || (major == 5 && (minor > 90 || (minor == 90 && build >= 4)));
 }
 
+IOstrelHost* Fail(ConnectionFailure failure) {
+    gLastConnectionFailure = failure;
+    return nullptr;
+}
+
 // Gives up a connection attempt. The apartment entered for it stays.
-IOstrelHost* Abandon() {
+IOstrelHost* Abandon(ConnectionFailure failure) {
     gOstrelHost->Release();
     gOstrelHost = nullptr;
-    return nullptr;
+    return Fail(failure);
 }
 
 } // namespace
@@ -39,42 +44,43 @@ IOstrelHost* ConnectOstrel() {
         return gOstrelHost;
     }
     if (!EnsureComApartment()) {
-        return nullptr;
+        return Fail(ConnectionFailure::kWrongApartment);
     }
     if (FAILED(CoCreateInstance(CLSID_OstrelHost, nullptr, CLSCTX_LOCAL_SERVER, IID_IOstrelHost,
                                 reinterpret_cast<void**>(&gOstrelHost)))) {
         gOstrelHost = nullptr;
-        return nullptr;
+        return Fail(ConnectionFailure::kNoServer);
     }
     ULONG major = 0, minor = 0, build = 0;
     if (FAILED(gOstrelHost->GetServerVersion(&major, &minor, &build))) {
-        return Abandon();
+        return Abandon(ConnectionFailure::kNoServer);
     }
     gServerMajor = major;
     gServerMinor = minor;
     gServerBuild = build;
     if (!MeetsMinimumVersion(major, minor, build)) {
-        return Abandon();
+        return Abandon(ConnectionFailure::kRefused);
     }
     if (!PleoraCompatible(major, minor, ReadCyCamLibVersion().dwFileVersionMS)) {
         if (vz::gLog->getVerbose()) {
             vz::gLog->WriteLine(
                 L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance");
         }
-        return Abandon();
+        return Abandon(ConnectionFailure::kRefused);
     }
     if (FAILED(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
                                 IID_IGlobalInterfaceTable,
                                 reinterpret_cast<void**>(&gInterfaceTable)))) {
         gInterfaceTable = nullptr;
-        return Abandon();
+        return Abandon(ConnectionFailure::kNoServer);
     }
     if (FAILED(gInterfaceTable->RegisterInterfaceInGlobal(gOstrelHost, IID_IOstrelHost,
                                                           &gHostCookie))) {
         gInterfaceTable->Release();
         gInterfaceTable = nullptr;
-        return Abandon();
+        return Abandon(ConnectionFailure::kNoServer);
     }
+    gLastConnectionFailure = ConnectionFailure::kNone;
     gHostRefs = 1;
     gHostThreadId = GetCurrentThreadId();
     OstrelSection();

@@ -22,3 +22,7 @@ extern std::int32_t gCalRefs;
 extern std::uint32_t gServerMajor;
 extern std::uint32_t gServerMinor;
 extern std::uint32_t gServerBuild;
+
+// Why the latest first connection failed, for the C interface's status codes.
+enum class ConnectionFailure : std::uint8_t { kNone, kWrongApartment, kNoServer, kRefused };
+extern std::atomic<ConnectionFailure> gLastConnectionFailure;

@@ -1,0 +1,88 @@
+#include "boundary.h"
+
+using c_interface::EngineOf;
+using c_interface::EngineResult;
+using c_interface::Guarded;
+using c_interface::ValidPreset;
+using c_interface::ValidType;
+using c_interface::ValidUnit;
+
+namespace {
+
+// What the three conversions check of their shared arguments, once per call.
+bool ValidBuffers(const ostrel_engine* engine, const void* in, uint32_t inType, const void* out,
+                  uint32_t outType, uint32_t n, uint32_t unit) {
+    return engine != nullptr && in != nullptr && out != nullptr && ValidType(inType) &&
+           ValidType(outType) && n != 0 && ValidUnit(unit);
+}
+
+// The engine takes its input through a writable pointer but only reads it.
+vz::STypedData Input(const void* in, uint32_t type) {
+    return {const_cast<void*>(in), type};
+}
+
+} // namespace
+
+extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t preset,
+                                                const void* in, uint32_t in_type, void* out,
+                                                uint32_t out_type, uint32_t n, uint8_t* status,
+                                                uint32_t unit) {
+    if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || !ValidPreset(preset)) {
+        return OSTREL_BAD_ARGUMENT;
+    }
+    return Guarded([&]() -> ostrel_status {
+        vz::CBroadCal& calibration = *EngineOf(engine);
+        return EngineResult(calibration,
+                            calibration.CountsToTemp(static_cast<unsigned char>(preset),
+                                                     Input(in, in_type), {out, out_type}, n, status,
+                                                     static_cast<vz::ETempType>(unit)));
+    });
+}
+
+extern "C" ostrel_status ostrel_convert_mapped(ostrel_engine* engine, const uint8_t* preset_map,
+                                               const void* in, uint32_t in_type, void* out,
+                                               uint32_t out_type, uint32_t n, uint8_t* status,
+                                               uint32_t unit) {
+    if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || preset_map == nullptr) {
+        return OSTREL_BAD_ARGUMENT;
+    }
+    return Guarded([&]() -> ostrel_status {
+        vz::CBroadCal& calibration = *EngineOf(engine);
+        return EngineResult(
+            calibration, calibration.CountsToTemp(Input(in, in_type), preset_map, {out, out_type},
+                                                  n, status, static_cast<vz::ETempType>(unit)));
+    });
+}
+
+extern "C" ostrel_status ostrel_convert_keyed(ostrel_engine* engine, const uint32_t* pixel_keys,
+                                              const uint8_t* key_to_preset, const void* in,
+                                              uint32_t in_type, void* out, uint32_t out_type,
+                                              uint32_t n, uint8_t* status, uint32_t unit) {
+    if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || pixel_keys == nullptr ||
+        key_to_preset == nullptr) {
+        return OSTREL_BAD_ARGUMENT;
+    }
+    static_assert(sizeof(unsigned long) == sizeof(uint32_t), "keys are 32-bit on Windows");
+    return Guarded([&]() -> ostrel_status {
+        vz::CBroadCal& calibration = *EngineOf(engine);
+        return EngineResult(calibration,
+                            calibration.CountsToTemp(
+                                Input(in, in_type),
+                                reinterpret_cast<const unsigned long*>(pixel_keys), key_to_preset,
+                                {out, out_type}, n, status, static_cast<vz::ETempType>(unit)));
+    });
+}
+
+extern "C" ostrel_status ostrel_counts_to_temp(ostrel_engine* engine, uint32_t preset,
+                                               uint16_t counts, float* temp, uint8_t* status,
+                                               uint32_t unit) {
+    if (engine == nullptr || temp == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
+        return OSTREL_BAD_ARGUMENT;
+    }
+    return Guarded([&]() -> ostrel_status {
+        vz::CBroadCal& calibration = *EngineOf(engine);
+        return EngineResult(
+            calibration, calibration.CountsToTemp(static_cast<unsigned char>(preset), counts, temp,
+                                                  status, static_cast<vz::ETempType>(unit)));
+    });
+}

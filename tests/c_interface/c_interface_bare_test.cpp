@@ -1,0 +1,20 @@
+// The C interface on a machine without the camera server.
+#include <ostrel_c.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(CInterfaceWithoutServer, SaysSoInItsStatus) {
+    EXPECT_EQ(ostrel_check_connection(), OSTREL_NO_SERVER);
+    std::uint32_t major = 7, minor = 7, build = 7;
+    EXPECT_EQ(ostrel_server_version(&major, &minor, &build), OSTREL_NO_SERVER);
+    EXPECT_EQ(major, 7u);
+    ostrel_engine* engine = nullptr;
+    ASSERT_EQ(ostrel_engine_create(&engine), OSTREL_OK);
+    const ostrel_factory_cal record{};
+    EXPECT_EQ(ostrel_engine_set_factory_cal(engine, 0, &record), OSTREL_NOT_READY);
+    EXPECT_EQ(ostrel_engine_destroy(engine), OSTREL_OK);
+}
+
+} // namespace

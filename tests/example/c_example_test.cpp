@@ -1,0 +1,54 @@
+// The C example, as built by each compiler, against the simulator.
+#include <cstdio>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "program_run.h"
+#include "record_files.h"
+#include "test_files.h"
+
+namespace {
+
+class CExample : public testing::TestWithParam<const wchar_t*> {
+protected:
+    testfiles::ProgramResult Run(const std::wstring& factoryCal) {
+        const std::filesystem::path samples = formats::SamplesFolder();
+        return testfiles::RunProgram(
+            GetParam(), {factoryCal, (samples / L"object_params.txt").wstring()}, mWork.Path());
+    }
+    const testfiles::ScratchFolder mWork{L"c-example"};
+};
+
+// The frame's counts run from the calibrated range's low end to its high end.
+TEST_P(CExample, ConvertsAFrameAcrossTheCalibratedRange) {
+    const auto result = Run((formats::SamplesFolder() / L"factory_cal.txt").wstring());
+    ASSERT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_NE(result.out.find("Connected to camera server 5.92.0."), std::string::npos);
+    int pixels = 0, valid = 0;
+    float low = 0, high = 0;
+    const auto line = result.out.find("Converted");
+    ASSERT_NE(line, std::string::npos) << result.out;
+    ASSERT_EQ(std::sscanf(result.out.c_str() + line, "Converted %d pixels: %f C to %f C, %d valid",
+                          &pixels, &low, &high, &valid),
+              4);
+    EXPECT_EQ(pixels, 64 * 48);
+    EXPECT_NEAR(low, -20.0f, 2.5f);
+    EXPECT_NEAR(high, 150.0f, 8.0f);
+    EXPECT_GT(valid, pixels * 9 / 10);
+}
+
+TEST_P(CExample, NamesAFileItCantReadInOneLine) {
+    const auto result = Run(L"missing.txt");
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.err, "ostrel-c-example: missing.txt: the record file can't be read or is "
+                          "malformed\r\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Compilers, CExample,
+                         testing::Values(L"ostrel-c-example.exe", L"ostrel-c-example-clang.exe"),
+                         [](const auto& info) {
+                             return std::string(info.index == 0 ? "Gcc" : "Clang");
+                         });
+
+} // namespace
