@@ -64,17 +64,4 @@ TEST(OutputFile, AppearsOnlyWhenCommitted) {
     EXPECT_EQ(testfiles::FolderContents(folder.Path()), std::vector<std::wstring>{L"result.pfm"});
 }
 
-TEST(OutputFile, LeavesNothingWhenTheRenameFails) {
-    const ScratchFolder folder(L"rename");
-    const auto target = folder / L"taken";
-    std::filesystem::create_directory(target);
-    formats::OutputFile file;
-    std::string error;
-    ASSERT_TRUE(file.Open(target, error)) << error;
-    file.Stream() << "data";
-    EXPECT_FALSE(file.Commit(error));
-    EXPECT_NE(error.find("taken"), std::string::npos) << error;
-    EXPECT_EQ(testfiles::FolderContents(folder.Path()), std::vector<std::wstring>{L"taken"});
-}
-
 } // namespace
