@@ -37,8 +37,10 @@ int Lifecycles(unsigned cycles, const stress::SampleCalibration& sample) {
 
 int Threads(unsigned threads, unsigned calls, bool held) {
     const stress::ThreadFigures f = stress::RunThreadCalls(threads, calls, held);
-    std::printf("threads %u x %u %s: %u calls, %u failures, %.3f ms per call\n", threads, calls,
-                held ? "held" : "churn", f.calls, f.failures, f.msPerCall);
+    std::printf("threads %u x %u %s: %u calls, %u failures, %.3f ms per call on each thread, "
+                "%.0f calls per second in all\n",
+                threads, calls, held ? "held" : "churn", f.calls, f.failures, f.msPerCall,
+                f.msPerCall > 0 ? 1000.0 * threads / f.msPerCall : 0.0);
     return f.failures == 0 ? 0 : 1;
 }
 

@@ -40,7 +40,7 @@ LifecycleFigures RunLifecycles(unsigned cycles, const SampleCalibration& sample)
 struct ThreadFigures {
     unsigned calls = 0;
     unsigned failures = 0;
-    double msPerCall = 0;
+    double msPerCall = 0; // as each thread waits for it
 };
 ThreadFigures RunThreadCalls(unsigned threads, unsigned callsPerThread, bool held);
 
