@@ -21,65 +21,43 @@ OSTREL_ISA_BEGIN
 
 struct Lanes {
     static constexpr std::size_t kCount = 8;
-    using Indices = __m256i;
+    struct Indices {
+        std::uint32_t at[kCount];
+    };
     using Floats = __m256;
 
-    // CountIndex of eight inputs in 32-bit lanes, all read before anything is written.
-    template <class In> static __m256i CountIndices(const In* x) {
-        const __m256i zero = _mm256_setzero_si256();
-        const __m256i top = _mm256_set1_epi32(65535);
-        if constexpr (std::is_same_v<In, float>) {
-            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
-            const __m256 clamped = _mm256_min_ps(
-                _mm256_max_ps(_mm256_loadu_ps(x), _mm256_setzero_ps()), _mm256_set1_ps(65535.0f));
-            return _mm256_cvttps_epi32(clamped);
-        } else if constexpr (std::is_same_v<In, double>) {
-            const auto clamp = [](__m256d v) {
-                return _mm256_cvttpd_epi32(
-                    _mm256_min_pd(_mm256_max_pd(v, _mm256_setzero_pd()), _mm256_set1_pd(65535.0)));
-            };
-            return _mm256_set_m128i(clamp(_mm256_loadu_pd(x + 4)), clamp(_mm256_loadu_pd(x)));
-        } else if constexpr (std::is_same_v<In, std::int32_t>) {
-            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
-            return _mm256_min_epi32(_mm256_max_epi32(v, zero), top);
-        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
-            return _mm256_min_epu32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)), top);
-        } else if constexpr (std::is_same_v<In, std::int16_t>) {
-            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
-            return _mm256_max_epi32(_mm256_cvtepi16_epi32(v), zero);
-        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
-            return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
-        } else if constexpr (std::is_same_v<In, std::int8_t>) {
-            const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(x));
-            return _mm256_max_epi32(_mm256_cvtepi8_epi32(v), zero);
-        } else if constexpr (std::is_same_v<In, std::uint8_t>) {
-            return _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(x)));
-        } else {
-            // 64-bit integers: no packed 64-bit comparisons in AVX2.
-            std::uint32_t indices[kCount];
+    // CountIndex of eight inputs, all read before anything is written. Unsigned 8- and 16-bit
+    // inputs are their own indices and 64-bit integers have no packed comparisons in AVX2: those
+    // go one by one; the others are clamped in one register.
+    template <class In> static Indices CountIndices(const In* x) {
+        Indices indices;
+        if constexpr (std::is_integral_v<In> &&
+                      (sizeof(In) == 8 || (std::is_unsigned_v<In> && sizeof(In) <= 2))) {
+            In inputs[kCount];
+            std::memcpy(inputs, x, sizeof inputs);
             for (std::size_t j = 0; j < kCount; ++j) {
-                indices[j] = CountIndex(x[j]);
+                indices.at[j] = CountIndex(inputs[j]);
             }
-            return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(indices));
+        } else {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(indices.at), Clamped(x));
         }
+        return indices;
     }
 
-    template <class Source> static __m256 Values(const Source& luts, std::size_t k, __m256i i) {
-        std::uint32_t at[kCount];
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);
-        const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at[j]]; };
+    template <class Source>
+    static __m256 Values(const Source& luts, std::size_t k, const Indices& i) {
+        const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[i.at[j]]; };
         return _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4), value(5), value(6),
                               value(7));
     }
 
     // Status bytes one by one: a gather of 32-bit words would read past the end of the table.
     template <class Source>
-    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m256i i) {
-        std::uint32_t at[kCount];
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), i);
+    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k,
+                            const Indices& i) {
         unsigned char marks[kCount];
         for (std::size_t j = 0; j < kCount; ++j) {
-            marks[j] = LutAt(luts, k + j).status[at[j]];
+            marks[j] = LutAt(luts, k + j).status[i.at[j]];
         }
         std::memcpy(status, marks, sizeof marks);
     }
@@ -112,6 +90,37 @@ struct Lanes {
             // The other integers by the four-lane rules, which handle their overflow.
             StoreTemperatures(out, _mm256_castps256_ps128(t));
             StoreTemperatures(out + 4, _mm256_extractf128_ps(t, 1));
+        }
+    }
+
+private:
+    // CountIndex of eight inputs in 32-bit lanes.
+    template <class In> static __m256i Clamped(const In* x) {
+        const __m256i zero = _mm256_setzero_si256();
+        const __m256i top = _mm256_set1_epi32(65535);
+        if constexpr (std::is_same_v<In, float>) {
+            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
+            const __m256 clamped = _mm256_min_ps(
+                _mm256_max_ps(_mm256_loadu_ps(x), _mm256_setzero_ps()), _mm256_set1_ps(65535.0f));
+            return _mm256_cvttps_epi32(clamped);
+        } else if constexpr (std::is_same_v<In, double>) {
+            const auto clamp = [](__m256d v) {
+                return _mm256_cvttpd_epi32(
+                    _mm256_min_pd(_mm256_max_pd(v, _mm256_setzero_pd()), _mm256_set1_pd(65535.0)));
+            };
+            return _mm256_set_m128i(clamp(_mm256_loadu_pd(x + 4)), clamp(_mm256_loadu_pd(x)));
+        } else if constexpr (std::is_same_v<In, std::int32_t>) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
+            return _mm256_min_epi32(_mm256_max_epi32(v, zero), top);
+        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
+            return _mm256_min_epu32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)), top);
+        } else if constexpr (std::is_same_v<In, std::int16_t>) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+            return _mm256_max_epi32(_mm256_cvtepi16_epi32(v), zero);
+        } else {
+            static_assert(std::is_same_v<In, std::int8_t>);
+            const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(x));
+            return _mm256_max_epi32(_mm256_cvtepi8_epi32(v), zero);
         }
     }
 };
