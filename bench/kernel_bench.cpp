@@ -1,5 +1,6 @@
-// Throughput of the uniform-preset kernels against two baselines measured in the same run: a
-// streaming loop that moves the same bytes without a table, and a plain scalar table look-up.
+// Throughput of the uniform-preset kernels of every instruction set against two baselines measured
+// in the same run: a streaming loop that moves the same bytes without a table, and a plain scalar
+// table look-up.
 #include <cstdint>
 #include <map>
 #include <string>
@@ -10,7 +11,9 @@
 #include <benchmark/benchmark.h>
 
 #include "element_types.h"
-#include "typed_dispatch.h"
+#include "kernel_set.h"
+#include "temp_units.h"
+#include "uniform_family.h"
 
 namespace vz::bench {
 namespace {
@@ -26,6 +29,15 @@ struct Frame {
 };
 
 const Frame kFrames[] = {{640, 512}, {4096, 3072}};
+
+// Every kernel set, measured in the same run so that the load of the machine spreads over all.
+struct Path {
+    const char* name;
+    const typed::KernelSet* kernels;
+    typed::InstructionSet needs;
+};
+const Path kPaths[] = {{"sse2", &typed::kSse2Kernels, typed::InstructionSet::kSse2},
+                       {"avx2", &typed::kAvx2Kernels, typed::InstructionSet::kAvx2}};
 
 // One current Celsius table for every preset: nothing is ever rebuilt, as in a steady stream of
 // frames.
@@ -92,23 +104,26 @@ template <class Run> void Measure(benchmark::State& state, ApiUInt32 pixels, Run
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * pixels);
 }
 
+// The path's kernel of the pair, as the engine's dispatcher reaches it once the table is current.
 template <std::size_t InCode, std::size_t OutCode>
-void Kernel(benchmark::State& state, Frame frame, ETempType type, bool withStatus) {
+void Kernel(benchmark::State& state, Frame frame, const Path& path, ETempType type,
+            bool withStatus) {
+    if (typed::SupportedInstructionSet() < path.needs) {
+        state.SkipWithError("this processor or system lacks the instruction set");
+        return;
+    }
     using In = typed::ElementType<InCode>;
     using Out = typed::ElementType<OutCode>;
     BenchEngine engine;
+    const typed::FixedLut luts = typed::UniformPreset<BenchEngine>{engine, 0}.Luts();
+    const UnitConversion conversion = UnitConversionFor(engine.LutTempType(), type);
+    const auto kernel = typed::TableFor(*path.kernels, luts)[InCode][OutCode];
     const std::vector<In>& in = SceneCounts<In>(frame);
     std::vector<Out> out(frame.Pixels());
     std::vector<unsigned char> status(withStatus ? frame.Pixels() : 0);
-    const STypedData inData{const_cast<In*>(in.data()), InCode}; // read only
-    const STypedData outData{out.data(), OutCode};
     unsigned char* statusData = withStatus ? status.data() : nullptr;
-    Measure(state, frame.Pixels(), [&] {
-        if (!typed::DispatchCountsToTemp(typed::UniformPreset<BenchEngine>{engine, 0}, inData,
-                                         outData, frame.Pixels(), statusData, type)) {
-            state.SkipWithError("conversion failed");
-        }
-    });
+    Measure(state, frame.Pixels(),
+            [&] { kernel(luts, in.data(), out.data(), frame.Pixels(), statusData, conversion); });
 }
 
 template <std::size_t InCode, std::size_t OutCode>
@@ -149,12 +164,16 @@ template <class B> void Register(const std::string& name, B&& body) {
     benchmark::RegisterBenchmark(name.c_str(), std::forward<B>(body))->UseRealTime();
 }
 
-// Same unit, no status: every pair beside its two baselines.
+// Same unit, no status: every pair on every path beside its two baselines.
 template <std::size_t Pair> void RegisterPair(const Frame& frame) {
     constexpr std::size_t in = Pair / typed::kDataTypeCount;
     constexpr std::size_t out = Pair % typed::kDataTypeCount;
-    Register(PairName<in, out>("Kernel", frame),
-             [frame](benchmark::State& s) { Kernel<in, out>(s, frame, eCelsius, false); });
+    for (const Path& path : kPaths) {
+        Register(PairName<in, out>((std::string("Kernel-") + path.name).c_str(), frame),
+                 [frame, &path](benchmark::State& s) {
+                     Kernel<in, out>(s, frame, path, eCelsius, false);
+                 });
+    }
     Register(PairName<in, out>("Stream", frame),
              [frame](benchmark::State& s) { Stream<in, out>(s, frame); });
     Register(PairName<in, out>("Lookup", frame),
@@ -166,13 +185,17 @@ void RegisterAllPairs(const Frame& frame, std::index_sequence<Pairs...>) {
     (RegisterPair<Pairs>(frame), ...);
 }
 
-// Unit conversion and status on a representative set; named Kernel/<In>/<Out>/<variant>/<frame>.
+// Unit conversion and status on a representative set, on every path; named
+// Kernel-<path>/<In>/<Out>/<variant>/<frame>.
 template <std::size_t InCode, std::size_t OutCode>
 void RegisterVariant(const Frame& frame, const char* variant, ETempType type, bool withStatus) {
-    const std::string name = std::string("Kernel/") + kTypeNames[InCode] + "/" +
-                             kTypeNames[OutCode] + "/" + variant + "/" + frame.Name();
-    Register(name,
-             [=](benchmark::State& s) { Kernel<InCode, OutCode>(s, frame, type, withStatus); });
+    for (const Path& path : kPaths) {
+        const std::string name = std::string("Kernel-") + path.name + "/" + kTypeNames[InCode] +
+                                 "/" + kTypeNames[OutCode] + "/" + variant + "/" + frame.Name();
+        Register(name, [=, &path](benchmark::State& s) {
+            Kernel<InCode, OutCode>(s, frame, path, type, withStatus);
+        });
+    }
 }
 
 void RegisterVariants(const Frame& frame) {

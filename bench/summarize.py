@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Markdown tables from ostrel_bench JSON output: best rate of all repetitions, in MP/s."""
+"""Markdown tables from ostrel_bench JSON output, one set per kernel path: best rate of all
+repetitions, in MP/s, beside the baselines of the same run, and the speed targets' ratios."""
 import json
 import sys
 
 TYPES = ["Int8", "UInt8", "Int16", "UInt16", "Int32", "UInt32", "Int64", "UInt64", "Float", "Double"]
 FRAMES = ["640x512", "4096x3072"]
+PATHS = ["sse2", "avx2"]
 
 
 def best_rates(path):
@@ -17,11 +19,9 @@ def best_rates(path):
     return best
 
 
-def main(path):
-    rate = best_rates(path)
-    print("Same unit, no status (MP/s; K = kernel, S = streaming loop, L = scalar look-up):\n")
-    header = "| In | Out |"
-    rule = "|---|---|"
+def pair_table(rate, path):
+    print(f"#### {path}: same unit, no status (MP/s; K = kernel, S = streaming loop, L = scalar look-up)\n")
+    header, rule = "| In | Out |", "|---|---|"
     for frame in FRAMES:
         header += f" K {frame} | S | L | K/S | K/L |"
         rule += "---:|---:|---:|---:|---:|"
@@ -32,24 +32,48 @@ def main(path):
         for dst in TYPES:
             row = f"| {src} | {dst} |"
             for frame in FRAMES:
-                k, s, l = (rate[f"{what}/{src}/{dst}/{frame}"] for what in ("Kernel", "Stream", "Lookup"))
+                k = rate[f"Kernel-{path}/{src}/{dst}/{frame}"]
+                s, l = (rate[f"{what}/{src}/{dst}/{frame}"] for what in ("Stream", "Lookup"))
                 row += f" {k:.0f} | {s:.0f} | {l:.0f} | {k / s:.2f} | {k / l:.2f} |"
                 if frame == FRAMES[-1]:
                     worst = min(worst, (k / s, f"{src}->{dst}"))
             print(row)
     print(f"\nLowest kernel/stream ratio at {FRAMES[-1]}: {worst[0]:.2f} ({worst[1]})\n")
 
-    print("Unit conversion and status (MP/s; ratios against the same pair, same unit, no status):\n")
+
+def variant_table(rate, path):
+    print(f"#### {path}: unit conversion and status (MP/s; against the same pair, same unit, no status)\n")
     print("| Kernel | Frame | MP/s | same unit | /same unit | /stream |")
     print("|---|---|---:|---:|---:|---:|")
     for name, value in sorted(rate.items()):
         parts = name.split("/")
-        if parts[0] != "Kernel" or len(parts) != 5:
+        if parts[0] != f"Kernel-{path}" or len(parts) != 5:
             continue
         src, dst, variant, frame = parts[1:]
-        same = rate[f"Kernel/{src}/{dst}/{frame}"]
+        same = rate[f"Kernel-{path}/{src}/{dst}/{frame}"]
         stream = rate[f"Stream/{src}/{dst}/{frame}"]
         print(f"| {src}->{dst} {variant} | {frame} | {value:.0f} | {same:.0f} | {value / same:.2f} | {value / stream:.2f} |")
+    print()
+
+
+def main(json_path):
+    rate = best_rates(json_path)
+    paths = [p for p in PATHS if f"Kernel-{p}/UInt16/Float/{FRAMES[0]}" in rate]
+    big = FRAMES[-1]
+    print("| path | UInt16->Float K/S | K/L | with status / without | lowest pair K/S | toF time / same-unit time |")
+    print("|---|---:|---:|---:|---:|---:|")
+    for path in paths:
+        k = rate[f"Kernel-{path}/UInt16/Float/{big}"]
+        s, l = rate[f"Stream/UInt16/Float/{big}"], rate[f"Lookup/UInt16/Float/{big}"]
+        status = rate[f"Kernel-{path}/UInt16/Float/status/{big}"]
+        converted = rate[f"Kernel-{path}/UInt16/Float/toF/{big}"]
+        lowest = min(rate[f"Kernel-{path}/{a}/{b}/{big}"] / rate[f"Stream/{a}/{b}/{big}"]
+                     for a in TYPES for b in TYPES)
+        print(f"| {path} | {k / s:.2f} | {k / l:.2f} | {status / k:.2f} | {lowest:.2f} | {k / converted:.2f} |")
+    print(f"\n(at {big}; targets: 0.9, 1.8, 0.7, 0.5 and at most 1.2)\n")
+    for path in paths:
+        pair_table(rate, path)
+        variant_table(rate, path)
 
 
 if __name__ == "__main__":

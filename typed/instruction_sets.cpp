@@ -41,7 +41,7 @@ unsigned long long SavedState() {
 #endif
 }
 
-InstructionSet Supported() {
+InstructionSet Detected() {
     const Registers basic = Cpuid(1, 0);
     const bool osxsave = (basic.c >> 27) & 1;
     const bool avx = (basic.c >> 28) & 1;
@@ -67,8 +67,13 @@ InstructionSet Requested(InstructionSet supported) {
 
 } // namespace
 
+InstructionSet SupportedInstructionSet() {
+    static const InstructionSet supported = Detected();
+    return supported;
+}
+
 InstructionSet ChosenInstructionSet() {
-    static const InstructionSet chosen = Requested(Supported());
+    static const InstructionSet chosen = Requested(SupportedInstructionSet());
     return chosen;
 }
 

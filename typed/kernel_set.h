@@ -44,6 +44,8 @@ enum class InstructionSet { kSse2, kAvx2 };
 // environment variable OSTREL_CPU names ("sse2" or "avx2") if that is narrower. Chosen on the
 // first call, then fixed for the process.
 InstructionSet ChosenInstructionSet();
+// The widest set the processor and the operating system support, whatever OSTREL_CPU says.
+InstructionSet SupportedInstructionSet();
 const KernelSet& ChosenKernels();
 
 } // namespace vz::typed

@@ -31,12 +31,16 @@ struct Lanes {
     // go one by one; the others are clamped in one register.
     template <class In> static Indices CountIndices(const In* x) {
         Indices indices;
-        if constexpr (std::is_integral_v<In> &&
-                      (sizeof(In) == 8 || (std::is_unsigned_v<In> && sizeof(In) <= 2))) {
+        if constexpr (std::is_integral_v<In> && sizeof(In) == 8) {
+            for (std::size_t j = 0; j < kCount; ++j) {
+                indices.at[j] = CountIndex(x[j]);
+            }
+        } else if constexpr (std::is_unsigned_v<In> && sizeof(In) <= 2) {
+            // One load for the eight narrow inputs.
             In inputs[kCount];
             std::memcpy(inputs, x, sizeof inputs);
             for (std::size_t j = 0; j < kCount; ++j) {
-                indices.at[j] = CountIndex(inputs[j]);
+                indices.at[j] = inputs[j];
             }
         } else {
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(indices.at), Clamped(x));
