@@ -1,4 +1,4 @@
-// The kernels compiled for sse2; the flags are set in this folder's CMakeLists.txt.
+// The baseline kernels, for every x86-64 processor: compiled without extra flags.
 #include "kernel_tables.h"
 
 const vz::typed::KernelSet vz::typed::kSse2Kernels = vz::typed::sse2::kKernels;
