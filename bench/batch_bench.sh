@@ -11,12 +11,7 @@ build=${OSTREL_BUILD_DIR:-build/mingw}
 frames=${1:-256}
 repetitions=${2:-3}
 
-cmake --preset mingw -B "$build" >/dev/null
-cmake --build "$build" -j2 --target ostrel-convert camsim >/dev/null
-
-trap stop_wine_servers EXIT
-prepare_wine_prefix "$build" bench
-scripts/start_simulator.sh "$build/wine-run" "$build/bin" bench serve
+serve_simulator "$build" bench ostrel-convert
 run() { OSTREL_WINE_PREFIX=bench "$build/wine-run" "$@"; }
 
 root=/dev/shm

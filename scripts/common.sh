@@ -35,4 +35,16 @@ stop_wine_servers() {
     done
 }
 
+# Builds camsim and the given targets in a build folder, and has the simulator serve in one of its
+# prefixes until the script ends.
+serve_simulator() {
+    local build=$1 prefix=$2
+    shift 2
+    cmake --preset mingw -B "$build" >/dev/null
+    cmake --build "$build" -j2 --target camsim "$@" >/dev/null
+    trap stop_wine_servers EXIT
+    prepare_wine_prefix "$build" "$prefix"
+    scripts/start_simulator.sh "$build/wine-run" "$build/bin" "$prefix" serve
+}
+
 OSTREL_WINE_PREFIXES=()

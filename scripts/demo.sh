@@ -12,12 +12,7 @@ build=${OSTREL_BUILD_DIR:-build/mingw}
 
 ensure_packages
 
-cmake --preset mingw -B "$build" >/dev/null
-cmake --build "$build" -j2 --target ostrel-convert camsim >/dev/null
-
-trap stop_wine_servers EXIT
-prepare_wine_prefix "$build" demo
-scripts/start_simulator.sh "$build/wine-run" "$build/bin" demo serve
+serve_simulator "$build" demo ostrel-convert
 
 # Relative paths work under Wine: the current folder is the repository's, seen as Z:\...
 in_demo_prefix() { OSTREL_WINE_PREFIX=demo "$build/wine-run" "$@"; }

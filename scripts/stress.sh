@@ -10,10 +10,5 @@ source scripts/common.sh
 build=${OSTREL_BUILD_DIR:-build/mingw}
 
 ensure_packages
-cmake --preset mingw -B "$build" >/dev/null
-cmake --build "$build" -j2 --target ostrel-stress camsim >/dev/null
-
-trap stop_wine_servers EXIT
-prepare_wine_prefix "$build" stress
-scripts/start_simulator.sh "$build/wine-run" "$build/bin" stress serve
+serve_simulator "$build" stress ostrel-stress
 OSTREL_WINE_PREFIX=stress "$build/wine-run" "$build/bin/ostrel-stress.exe" "$@"
