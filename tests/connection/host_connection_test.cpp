@@ -2,7 +2,9 @@
 // threads and teardown, with the connection's module state in view.
 #include <ostrel.h>
 
+#include <atomic>
 #include <filesystem>
+#include <latch>
 #include <string>
 #include <thread>
 #include <vector>
@@ -205,6 +207,43 @@ TEST_P(HandlesOnThreads, CallThroughTheirOwnProxiesAndTearDownOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(true, false));
+
+// Threads that each connect, call and let go at once, with no handle held in between, so that
+// first connections race each other and last releases.
+TEST(Connection, ThreadsConnectAndReleaseAtOnce) {
+    constexpr int kThreads = 8;
+    std::latch started(kThreads);
+    std::latch finished(kThreads);
+    std::atomic<int> answered{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            started.arrive_and_wait();
+            for (int i = 0; i < 25; ++i) {
+                COstrel host = GetOstrel();
+                COstrel copy = host;
+                if (!copy) {
+                    continue;
+                }
+                COstrel::CMarshalProxy call = copy.operator->();
+                ULONG major = 0, minor = 0, build = 0;
+                if (call.operator->() != nullptr &&
+                    call->GetServerVersion(&major, &minor, &build) == S_OK && minor == 92) {
+                    ++answered;
+                }
+            }
+            // No apartment ends while another thread may still use a connection made in it.
+            finished.arrive_and_wait();
+            CoUninitialize();
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_GT(answered.load(), 0);
+    ExpectNoConnectionState();
+}
 
 // A call holds the library-wide lock for its expression, and may be made while holding it;
 // assigning one lock to another takes or releases nothing.
