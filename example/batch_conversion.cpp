@@ -20,8 +20,9 @@ namespace {
 
 bool ReadFrame(const Options& options, const std::filesystem::path& file, formats::Frame& frame,
                std::string& error) {
-    if (options.raw) {
-        return formats::ReadRaw(file, *options.raw, frame, error);
+    if (options.type) {
+        return formats::ReadRaw(file, {*options.width, *options.height, *options.type}, frame,
+                                error);
     }
     if (!formats::ReadPgm(file, frame, error)) {
         return false;

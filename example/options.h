@@ -12,24 +12,20 @@
 #include <ostrel_types.h>
 
 #include "frame_files.h"
+#include "option_values.h"
 
 namespace convert {
 
 // How each pixel finds its preset.
 enum class Dispatch { Uniform, PresetMap, Keyed };
 
-struct TemperatureRange {
-    float low;
-    float high;
-};
-
 struct Options {
     bool help = false;
     // Files, folders or wildcards, as given.
     std::vector<std::filesystem::path> inputs;
-    // With --type, frames are raw data of this layout; otherwise PGM images.
-    std::optional<formats::RawLayout> raw;
-    // The frame size --width and --height ask for, if given.
+    // With --type, frames are raw data of this element type and the size below; otherwise PGM
+    // images, of the size below if given.
+    std::optional<vz::EDataType> type;
     std::optional<std::uint32_t> width;
     std::optional<std::uint32_t> height;
 
@@ -62,6 +58,7 @@ struct Options {
 // fault. With no output chosen, the PNG is.
 bool ParseOptions(std::span<const std::wstring> arguments, Options& options, std::string& error);
 
-const char* Usage();
+// Generated from the option table.
+std::string Usage();
 
 } // namespace convert

@@ -50,7 +50,7 @@ int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
     }
     const PresetFlags used = PresetsUsed(source);
     if (!ReadCalibration(options, used, formats::SamplesFolder(), calibration, error) ||
-        !ExpandInputs(options.inputs, options.raw ? L".raw" : L".pgm", files, error)) {
+        !ExpandInputs(options.inputs, options.type ? L".raw" : L".pgm", files, error)) {
         return Fail(err, error);
     }
     std::error_code code;

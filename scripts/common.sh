@@ -2,7 +2,8 @@
 
 # Debian packages the build and the tests need.
 OSTREL_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev cmake
-                 googletest libbenchmark-dev libstb-dev g++ make clang libclang-rt-14-dev)
+                 googletest libbenchmark-dev libstb-dev libcli11-dev g++ make clang
+                 libclang-rt-14-dev)
 
 ensure_packages() {
     local missing=()

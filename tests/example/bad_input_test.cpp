@@ -98,7 +98,7 @@ const BadRun kBadRuns[] = {
     {"HeightNotANumber", {}, {L"f.pgm", L"--height", L"12x"}, "--height"},
     {"UnknownOption", {}, {L"f.pgm", L"--bogus"}, "--bogus"},
     {"NoJobs", {}, {L"f.pgm", L"--jobs", L"0"}, "--jobs"},
-    {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "--pfm"},
+    {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "pfm was given a disallowed flag override"},
     {"TwoDispatchers",
      {},
      {L"f.pgm", L"--preset", L"1", L"--preset-map", L"m.pgm"},

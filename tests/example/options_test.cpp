@@ -17,10 +17,9 @@ TEST(Options, TakeValuesAfterTheOptionOrAnEqualsSign) {
     std::string error;
     ASSERT_TRUE(convert::ParseOptions(arguments, options, error)) << error;
     ASSERT_EQ(options.inputs.size(), 2u);
-    ASSERT_TRUE(options.raw);
-    EXPECT_EQ(options.raw->type, vz::Float);
-    EXPECT_EQ(options.raw->width, 8u);
-    EXPECT_EQ(options.raw->height, 6u);
+    EXPECT_EQ(options.type, vz::Float);
+    EXPECT_EQ(options.width, 8u);
+    EXPECT_EQ(options.height, 6u);
     ASSERT_TRUE(options.range);
     EXPECT_EQ(options.range->low, -5.0f);
     EXPECT_EQ(options.range->high, -1.0f);
@@ -31,6 +30,20 @@ TEST(Options, TakeValuesAfterTheOptionOrAnEqualsSign) {
     EXPECT_EQ(options.reflectedC, -10.0f);
     EXPECT_TRUE(options.csv);
     EXPECT_FALSE(options.png) << "an output was chosen, so no PNG by default";
+}
+
+TEST(Options, KeepFileNamesExactly) {
+    // Latin, CJK, a pair of surrogates, and lone surrogates, which only UTF-16 names can hold.
+    for (const std::wstring name : {L"caf\u00E9.pgm", L"\u6E29\u5EA6.pgm", L"\U0001F525.pgm",
+                                    L"lone\xD800.pgm", L"\xDC00\xD83D"}) {
+        const std::vector<std::wstring> arguments{name, L"--out", name};
+        Options options;
+        std::string error;
+        ASSERT_TRUE(convert::ParseOptions(arguments, options, error)) << error;
+        ASSERT_EQ(options.inputs.size(), 1u);
+        EXPECT_EQ(options.inputs[0].native(), name);
+        EXPECT_EQ(options.outFolder, std::filesystem::path(name));
+    }
 }
 
 } // namespace
