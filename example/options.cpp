@@ -42,6 +42,7 @@ CLI::Option* Add(CLI::App& app, const std::string& name, const char* type, const
 void Declare(CLI::App& app, Options& options) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.option_defaults()->disable_flag_override();
+    app.set_version_flag("--version", std::string(), "the version of the ostrel.dll loaded");
     app.add_option("INPUT", "files, folders or wildcards such as frames\\*.pgm")
         ->required()
         ->expected(-1)
@@ -118,7 +119,8 @@ bool ParseOptions(std::span<const std::wstring> arguments, Options& options, std
         app.parse(reversed);
     } catch (const CLI::CallForHelp&) {
         options.help = true;
-        return true;
+    } catch (const CLI::CallForVersion&) {
+        options.version = true;
     } catch (const CLI::ParseError& failure) {
         error = std::string(failure.what()) + " (see --help)";
         return false;

@@ -14,6 +14,7 @@
 #include "batch_summary.h"
 #include "display_name.h"
 #include "engine_setup.h"
+#include "library_version.h"
 #include "options.h"
 #include "pixel_presets.h"
 #include "record_files.h"
@@ -93,6 +94,14 @@ int Run(std::span<const std::wstring> arguments, std::ostream& out, std::ostream
         }
         if (options.help) {
             out << Usage();
+            return 0;
+        }
+        if (options.version) {
+            const auto library = LoadedOstrel();
+            if (!library) {
+                return Fail(err, "can't read the version resource of ostrel.dll");
+            }
+            out << "ostrel.dll " << library->version << " (" << library->file << ")\n";
             return 0;
         }
         return RunWith(options, out, err);
