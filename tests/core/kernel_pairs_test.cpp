@@ -124,7 +124,11 @@ using PairCase = std::tuple<Family, unsigned, unsigned>;
 class KernelPair : public ::testing::TestWithParam<PairCase> {};
 
 TEST_P(KernelPair, FollowsTheElementRulesOnEveryPath) {
-    const auto [family, inCode, outCode] = GetParam();
+    // Not a structured binding: lambdas may capture those only from C++20 on, and clang 14
+    // doesn't yet.
+    const Family family = std::get<0>(GetParam());
+    const unsigned inCode = std::get<1>(GetParam());
+    const unsigned outCode = std::get<2>(GetParam());
     WithElementType(inCode, [&](auto in) {
         WithElementType(outCode, [&](auto out) {
             ExpectPairFollowsTheRules<decltype(in), decltype(out)>(family, inCode, outCode);

@@ -22,7 +22,7 @@ class MessageQueueThread : public testing::Environment {
 public:
     void SetUp() override {
         const owners::UniqueHandle ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-        mThread = std::thread([this, ready = ready.get()] {
+        mThread = std::thread([ready = ready.get()] {
             MSG message;
             PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE); // the thread's queue exists now
             mThreadId = GetCurrentThreadId();
