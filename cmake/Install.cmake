@@ -15,3 +15,23 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/ostrelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/ostrelConfig.cmake ${CMAKE_BINARY_DIR}/ostrelConfigVersion.cmake
     DESTINATION lib/cmake/ostrel)
+
+# Beside the SDK: the README, the guides and the licences of the third-party code inside the
+# binaries, as Debian ships them with the packages the build used.
+install(FILES README.md docs/host-guide.md docs/c-api.md docs/third-party.md
+    DESTINATION share/doc/ostrel)
+foreach(_licence stb:libstb-dev CLI11:libcli11-dev gcc-runtime:g++-mingw-w64-x86-64-posix
+        mingw-w64-runtime:mingw-w64-x86-64-dev)
+    string(REPLACE ":" ";" _licence ${_licence})
+    list(GET _licence 0 _name)
+    list(GET _licence 1 _package)
+    install(FILES /usr/share/doc/${_package}/copyright DESTINATION share/doc/ostrel/licences
+        RENAME ${_name}.txt)
+endforeach()
+
+# cpack -G ZIP makes ostrel-<version>-win64.zip of the install tree.
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_NAME ostrel)
+set(CPACK_PACKAGE_VENDOR "${OSTREL_COMPANY_NAME}")
+set(CPACK_PACKAGE_FILE_NAME ostrel-${PROJECT_VERSION}-win64)
+include(CPack)

@@ -1,6 +1,6 @@
-# Installs the SDK into a scratch folder, builds tests/sdk/host against it with find_package,
-# and runs the host beside the installed DLLs under Wine.
-foreach(var BUILD_DIR SOURCE_DIR WINE_RUN)
+# Packs the SDK into its zip, unpacks it into a scratch folder, builds tests/sdk/host against it
+# with find_package of exactly this version, and runs the host beside the SDK's DLLs under Wine.
+foreach(var BUILD_DIR SOURCE_DIR WINE_RUN CPACK VERSION)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "${var} not set")
     endif()
@@ -17,13 +17,16 @@ function(run)
     set(last_output "${out}" PARENT_SCOPE)
 endfunction()
 
-run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${scratch}/sdk)
+run(${CPACK} -G ZIP --config ${BUILD_DIR}/CPackConfig.cmake -B ${scratch}/package)
+file(ARCHIVE_EXTRACT INPUT ${scratch}/package/ostrel-${VERSION}-win64.zip
+    DESTINATION ${scratch}/unpacked)
+set(sdk ${scratch}/unpacked/ostrel-${VERSION}-win64)
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/sdk/host -B ${scratch}/host
     -DCMAKE_TOOLCHAIN_FILE=${SOURCE_DIR}/cmake/mingw-w64.cmake
-    -DCMAKE_PREFIX_PATH=${scratch}/sdk -DCMAKE_BUILD_TYPE=Release)
+    -DCMAKE_PREFIX_PATH=${sdk} -DOSTREL_VERSION=${VERSION} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${scratch}/host)
 
-file(GLOB dlls ${scratch}/sdk/bin/*.dll)
+file(GLOB dlls ${sdk}/bin/*.dll)
 file(COPY ${dlls} DESTINATION ${scratch}/host)
 run(${WINE_RUN} ${scratch}/host/host.exe)
 if(NOT last_output MATCHES "calibration object answered")
