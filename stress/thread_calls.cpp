@@ -2,10 +2,11 @@
 
 #include <atomic>
 #include <chrono>
-#include <latch>
 #include <optional>
 #include <thread>
 #include <vector>
+
+#include <rendezvous.h>
 
 #include "stress_modes.h"
 
@@ -16,15 +17,15 @@ ThreadFigures RunThreadCalls(unsigned threads, unsigned callsPerThread, bool hel
     if (held) {
         holder.emplace(GetOstrel());
     }
-    std::latch started(threads);
-    std::latch finished(threads);
+    threading::Rendezvous started(threads);
+    threading::Rendezvous finished(threads);
     std::atomic<unsigned> failures{0};
     const auto start = std::chrono::steady_clock::now();
     std::vector<std::thread> workers;
     for (unsigned t = 0; t < threads; ++t) {
         workers.emplace_back([&] {
             const bool inApartment = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-            started.arrive_and_wait();
+            started.ArriveAndWait();
             for (unsigned i = 0; i < callsPerThread; ++i) {
                 COstrel host = GetOstrel();
                 ULONG major = 0, minor = 0, build = 0;
@@ -33,7 +34,7 @@ ThreadFigures RunThreadCalls(unsigned threads, unsigned callsPerThread, bool hel
                 }
             }
             // A connection made in this apartment may still serve the other threads.
-            finished.arrive_and_wait();
+            finished.ArriveAndWait();
             if (inApartment) {
                 CoUninitialize();
             }

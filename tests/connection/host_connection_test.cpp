@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <filesystem>
-#include <latch>
 #include <string>
 #include <thread>
 #include <vector>
@@ -12,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <unique_resource.h>
 #include <vz/log.h>
+
+#include <rendezvous.h>
 
 #include "host_connection.h"
 #include "lock_probe.h"
@@ -212,14 +213,14 @@ INSTANTIATE_TEST_SUITE_P(MainHandleDropped, HandlesOnThreads, testing::Values(tr
 // first connections race each other and last releases.
 TEST(Connection, ThreadsConnectAndReleaseAtOnce) {
     constexpr int kThreads = 8;
-    std::latch started(kThreads);
-    std::latch finished(kThreads);
+    threading::Rendezvous started(kThreads);
+    threading::Rendezvous finished(kThreads);
     std::atomic<int> answered{0};
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&] {
             CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-            started.arrive_and_wait();
+            started.ArriveAndWait();
             for (int i = 0; i < 25; ++i) {
                 COstrel host = GetOstrel();
                 COstrel copy = host;
@@ -234,7 +235,7 @@ TEST(Connection, ThreadsConnectAndReleaseAtOnce) {
                 }
             }
             // No apartment ends while another thread may still use a connection made in it.
-            finished.arrive_and_wait();
+            finished.ArriveAndWait();
             CoUninitialize();
         });
     }

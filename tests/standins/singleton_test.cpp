@@ -6,9 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <latch>
 #include <thread>
 #include <vector>
+
+#include <rendezvous.h>
 
 namespace {
 
@@ -26,12 +27,12 @@ struct SlowToBuild {
 using SlowSingleton = vz::TSingletonPtr<SlowToBuild, 10, 0, vz::TSingletonPtrPostCreateDoNothing>;
 
 TEST(SingletonPtr, RacingThreadsShareOneInstance) {
-    std::latch racersReady(kRacers);
+    threading::Rendezvous racersReady(kRacers);
     std::vector<SlowToBuild*> seen(kRacers, nullptr);
     std::vector<std::thread> racers;
     for (int i = 0; i < kRacers; ++i) {
         racers.emplace_back([&racersReady, &seen, i] {
-            racersReady.arrive_and_wait();
+            racersReady.ArriveAndWait();
             seen[i] = SlowSingleton::GetInstance();
         });
     }

@@ -2,6 +2,7 @@
 // every fault reaches the member that makes the faulty call and goes once it is cleared.
 #include <cstring>
 #include <map>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <server_slots.h>
@@ -31,6 +32,15 @@ TEST_F(StressModes, LifecyclesLeaveNoHandleBehind) {
     EXPECT_EQ(figures.failures, 0u);
     EXPECT_GT(figures.before.handles, 0u) << "the handle probe found none";
     EXPECT_LE(figures.after.handles, figures.before.handles);
+}
+
+// Without a held connection, first connections race each other and last releases.
+TEST_F(StressModes, ThreadCallsAllAnswerWhetherAConnectionIsHeldOrNot) {
+    for (const auto& [threads, held] : {std::pair{2u, true}, std::pair{8u, false}}) {
+        const stress::ThreadFigures figures = stress::RunThreadCalls(threads, 25, held);
+        EXPECT_EQ(figures.calls, threads * 25);
+        EXPECT_EQ(figures.failures, 0u) << (held ? "held" : "churn");
+    }
 }
 
 // The member whose server call each slot is, for the sample's record of kind 1: LoadFactoryKind2
