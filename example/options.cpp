@@ -26,13 +26,13 @@ template <class Target, class Parse> Taker Into(Target& target, Parse parse) {
     };
 }
 
-// A refusal names the option and the value and says what a value must be (the help if none is).
+// A refusal gives the value and what values must be (the help if none); the parser adds the name.
 CLI::Option* Add(CLI::App& app, const std::string& name, const char* type, const std::string& help,
                  const std::string& mustBe, Taker take) {
-    const auto check = [name, mustBe, take](const std::string& value) {
+    const auto check = [mustBe, take](const std::string& value) {
         if (!take(value)) {
-            throw CLI::ValidationError(name, '"' + formats::DisplayName(ArgumentPath(value)) +
-                                                 "\" is not " + mustBe);
+            throw CLI::ValidationError('"' + formats::DisplayName(ArgumentPath(value)) +
+                                       "\" is not " + mustBe);
         }
     };
     return app.add_option(name, help.empty() ? mustBe : help)->type_name(type)->each(check);

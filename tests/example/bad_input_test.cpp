@@ -87,7 +87,7 @@ const BadRun kBadRuns[] = {
     {"FolderWithoutFrames", {{L"empty", ""}}, {L"empty"}, "empty"},
     // Options.
     {"UnknownType", {}, {L"f.pgm", L"--type", L"UInt12", L"--width", L"4"}, "--type"},
-    {"UnknownUnit", {}, {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit"},
+    {"UnknownUnit", {}, {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit: \"Kelvinn\" is not a unit"},
     {"PresetAboveThree", {}, {L"f.pgm", L"--preset", L"7"}, "--preset"},
     {"NegativePreset", {}, {L"f.pgm", L"--preset", L"-1"}, "--preset"},
     {"FactoryCalOfPresetFour", {}, {L"f.pgm", L"--factory-cal", L"4=cal.txt"}, "--factory-cal"},
