@@ -23,10 +23,9 @@ TEST_F(EngineTest, ANewEngineHoldsDefaultsAndChecksOnlyGetBroadCalsPreset) {
 TEST_F(EngineTest, TheProbeAsksFourNewObjectsOnce) {
     EXPECT_TRUE(engine->isAvailable());
     EXPECT_EQ(4u, server->Objects().size());
-    EXPECT_EQ((std::vector<int>{kSlotIsReady, kSlotIsReady, kSlotIsReady, kSlotIsReady}),
-              Log().SlotsFrom(0));
+    EXPECT_EQ(4u, Log().CallsTo(kSlotIsReady).size());
     EXPECT_TRUE(engine->isAvailable());
-    EXPECT_EQ(4u, CallCount());
+    EXPECT_EQ(4u, CallCount()) << "the probe made other calls or was repeated";
 }
 
 TEST_F(EngineTest, AFailedProbeIsFinalEvenWhenTheServerRecovers) {

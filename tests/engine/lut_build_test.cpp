@@ -62,6 +62,7 @@ TEST_F(LutBuild, AFailedRebuildIsRetriedOnTheNextUse) {
     Fail(kSlotComputeLut, S_OK, FALSE);
     EXPECT_FALSE(engine->UpdateLUT(0));
     EXPECT_EQ(nullptr, engine->GetLUTOutput(0));
+    EXPECT_EQ(nullptr, engine->GetLUTStatus(0));
     float temp = 0;
     EXPECT_FALSE(engine->CountsToTemp(0, 1000, &temp, nullptr, vz::eKelvin));
     EXPECT_EQ(0.0f, temp) << "a failed conversion must write nothing";
