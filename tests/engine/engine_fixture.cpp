@@ -43,7 +43,7 @@ void EngineTest::SetUp() {
 void EngineTest::TearDown() {
     engine.reset();
     if (server) {
-        for (const fake::FakeCalibration* object : server->Objects()) {
+        for (const auto& object : server->Objects()) {
             EXPECT_EQ(0u, object->References()) << "the engine kept a calibration object";
         }
         server.reset();

@@ -1,7 +1,4 @@
 // LUT rebuilds through shared memory, with the server played by a fake that writes the tables.
-#include <cmath>
-#include <cstring>
-
 #include <unique_resource.h>
 
 #include "engine_fixture.h"
@@ -49,8 +46,11 @@ TEST_F(LutBuild, TheServerFillsTheEnginesOwnNamedBuffers) {
     EXPECT_EQ(kCountsBase, calls[0].names[0]);
     EXPECT_EQ(kTempBase, calls[0].names[1]) << "preset 0 takes the plain name";
     EXPECT_EQ(kCountsBase, calls[1].names[0]);
-    EXPECT_EQ(0u, calls[1].names[1].rfind(kTempBase, 0));
-    EXPECT_NE(kTempBase, calls[1].names[1]) << "each preset needs a buffer of its own";
+    // Preset 3 finds the plain name taken by preset 0's mapping and appends a number to it.
+    const std::wstring& name = calls[1].names[1];
+    ASSERT_GT(name.size(), kTempBase.size()) << "each preset needs a buffer of its own";
+    EXPECT_EQ(0u, name.rfind(kTempBase, 0));
+    EXPECT_EQ(std::wstring::npos, name.find_first_not_of(L"0123456789", kTempBase.size()));
 
     ASSERT_EQ(65536u, countsSeen.size());
     for (int i = 0; i < 65536; ++i) {
@@ -92,7 +92,6 @@ TEST_F(LutBuild, OnlyChangesMakeTablesDirty) {
     Fail(kSlotIsReady);
     engine->setLUTTempType(vz::eCelsius);
     EXPECT_TRUE(engine->UpdateLUT(0));
-    EXPECT_NE(nullptr, engine->GetLUTStatus(0));
     EXPECT_EQ(calls, CallCount());
     Heal(kSlotComputeLut);
     Heal(kSlotIsReady);
@@ -111,22 +110,6 @@ TEST_F(LutBuild, OnlyChangesMakeTablesDirty) {
     }
     EXPECT_EQ(9u, Log().CallsTo(kSlotComputeLut).size())
         << "new object params make every preset dirty";
-}
-
-// The second engine finds the plain names taken and appends a number to them.
-TEST_F(LutBuild, TwoEnginesUseDistinctBuffers) {
-    vz::CBroadCal second;
-    auto record = SampleRecord(2);
-    ASSERT_TRUE(second.SetBroadCal(0, &record));
-    ASSERT_TRUE(engine->UpdateLUT(0));
-    ASSERT_TRUE(second.UpdateLUT(0));
-    const auto calls = Log().CallsTo(kSlotComputeLut);
-    ASSERT_EQ(2u, calls.size());
-    EXPECT_NE(calls[0].names[1], calls[1].names[1]);
-    const std::wstring name = calls[1].names[0];
-    ASSERT_GT(name.size(), kCountsBase.size());
-    EXPECT_EQ(0u, name.rfind(kCountsBase, 0));
-    EXPECT_EQ(std::wstring::npos, name.find_first_not_of(L"0123456789", kCountsBase.size()));
 }
 
 // Names held by other kinds of kernel objects are skipped like names held by mappings.

@@ -7,28 +7,18 @@
 namespace {
 
 struct Scene {
-    Scene() : folder(L"scene") {
-        const auto result = testfiles::RunProgram(L"camsim.exe",
-                                                  {L"/Scene", L"scene.pgm", L"truth.pfm",
-                                                   L"--width", std::to_wstring(kSceneWidth),
-                                                   L"--height", std::to_wstring(kSceneHeight)},
-                                                  folder.Path());
-        made = result.exitCode == 0;
-        message = result.err;
-    }
-    testfiles::ScratchFolder folder;
-    bool made = false;
-    std::string message;
+    testfiles::ScratchFolder folder{L"scene"};
+    testfiles::ProgramResult made = testfiles::RunProgram(
+        L"camsim.exe",
+        {L"/Scene", L"scene.pgm", L"truth.pfm", L"--width", std::to_wstring(kSceneWidth),
+         L"--height", std::to_wstring(kSceneHeight)},
+        folder.Path());
 };
 
-const Scene& TheScene() {
-    static const Scene scene;
-    return scene;
-}
-
 std::filesystem::path SceneFile(const wchar_t* name) {
-    EXPECT_TRUE(TheScene().made) << "camsim /Scene failed: " << TheScene().message;
-    return TheScene().folder / name;
+    static const Scene scene;
+    EXPECT_EQ(scene.made.exitCode, 0u) << "camsim /Scene failed: " << scene.made.err;
+    return scene.folder / name;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "program_run.h"
 
-#include <sstream>
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
@@ -72,14 +72,10 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
 void ExpectOneLineFailure(const ProgramResult& result, const std::string& named) {
     EXPECT_NE(result.exitCode, 0u);
     EXPECT_NE(result.exitCode, static_cast<DWORD>(STILL_ACTIVE)) << "did not start or end";
-    std::vector<std::string> lines;
-    std::istringstream in(result.err);
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    ASSERT_EQ(lines.size(), 1u) << result.err;
-    EXPECT_EQ(lines[0].rfind("ostrel-convert: ", 0), 0u) << lines[0];
-    EXPECT_NE(lines[0].find(named), std::string::npos) << lines[0];
+    ASSERT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_TRUE(result.err.ends_with('\n')) << result.err;
+    EXPECT_EQ(result.err.rfind("ostrel-convert: ", 0), 0u) << result.err;
+    EXPECT_NE(result.err.find(named), std::string::npos) << result.err;
 }
 
 } // namespace testfiles

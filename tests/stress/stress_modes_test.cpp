@@ -17,10 +17,9 @@ protected:
     static void SetUpTestSuite() {
         std::string error;
         ASSERT_TRUE(
-            formats::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", sample.record, error))
-            << error;
-        ASSERT_TRUE(formats::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt",
-                                              sample.params, error))
+            formats::ReadFactoryCal(OSTREL_SAMPLES_DIR "/factory_cal.txt", sample.record, error) &&
+            formats::ReadObjectParams(OSTREL_SAMPLES_DIR "/object_params.txt", sample.params,
+                                      error))
             << error;
     }
     static inline stress::SampleCalibration sample;

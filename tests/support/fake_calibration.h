@@ -32,22 +32,14 @@ struct SlotResult {
 // The calls and answers shared by every fake object a server has made.
 struct CalibrationLog {
     std::vector<CalCall> calls;
+    // Slots not named here succeed.
     std::map<int, SlotResult> results;
-    // When set, decides every call's answer instead of results.
-    std::function<SlotResult(const CalCall&)> decide;
     // What CalIntegrationTimeAt and CalTempToCounts write through their out arguments.
-    std::function<float(float tempK, float count)> integrationTime;
+    std::function<float(float tempK)> integrationTime;
     unsigned short counts = 0;
     // Runs inside CalComputeLUT with the two buffer names, before the answer is returned.
     std::function<void(const std::wstring& counts, const std::wstring& temps)> computeLut;
 
-    SlotResult ResultOf(const CalCall& call) const {
-        if (decide) {
-            return decide(call);
-        }
-        const auto it = results.find(call.slot);
-        return it == results.end() ? SlotResult{} : it->second;
-    }
     std::vector<CalCall> CallsTo(int slot) const {
         std::vector<CalCall> found;
         for (const CalCall& call : calls) {
@@ -56,6 +48,14 @@ struct CalibrationLog {
             }
         }
         return found;
+    }
+    // The slots of the calls from the first-th on, in order.
+    std::vector<int> SlotsFrom(size_t first) const {
+        std::vector<int> slots;
+        for (size_t i = first; i < calls.size(); ++i) {
+            slots.push_back(calls[i].slot);
+        }
+        return slots;
     }
 };
 
@@ -84,70 +84,63 @@ public:
     HRESULT STDMETHODCALLTYPE Reserved006() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved007() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CalSetAux(float calAux, BOOL* ok) override {
-        return Answer({kSlotSetAux, {calAux}, {}}, ok);
+        return Answer(kSlotSetAux, ok, calAux);
     }
     HRESULT STDMETHODCALLTYPE CalComputeLUT(ULONG entryCount, ULONG step, ULONG largestCount,
                                             BSTR countsBufferName, BSTR tempBufferName,
                                             BOOL* ok) override {
         const std::wstring counts = countsBufferName ? countsBufferName : L"";
         const std::wstring temps = tempBufferName ? tempBufferName : L"";
-        CalCall call{kSlotComputeLut,
-                     {double(entryCount), double(step), double(largestCount)},
-                     {counts, temps}};
-        if (mLog->computeLut && SUCCEEDED(mLog->ResultOf(call).hr)) {
+        if (mLog->computeLut) {
             mLog->computeLut(counts, temps);
         }
-        return Answer(std::move(call), ok);
+        return Answer({kSlotComputeLut,
+                       {double(entryCount), double(step), double(largestCount)},
+                       {counts, temps}},
+                      ok);
     }
     HRESULT STDMETHODCALLTYPE CalSetObjectParams(float factorA, float tempACelsius, float factorB,
                                                  float tempBCelsius, LONG mode, BOOL* ok) override {
-        return Answer({kSlotSetObjectParams,
-                       {factorA, tempACelsius, factorB, tempBCelsius, double(mode)},
-                       {}},
-                      ok);
+        return Answer(kSlotSetObjectParams, ok, factorA, tempACelsius, factorB, tempBCelsius, mode);
     }
     HRESULT STDMETHODCALLTYPE Reserved011() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved012() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CalTempToCounts(float tempCelsius, unsigned short* counts,
                                               BOOL* ok) override {
         *counts = mLog->counts;
-        return Answer({kSlotTempToCounts, {tempCelsius}, {}}, ok);
+        return Answer(kSlotTempToCounts, ok, tempCelsius);
     }
-    HRESULT STDMETHODCALLTYPE CalIsReady() override {
-        return Answer({kSlotIsReady, {}, {}}, nullptr);
-    }
+    HRESULT STDMETHODCALLTYPE CalIsReady() override { return Answer(kSlotIsReady, nullptr); }
     HRESULT STDMETHODCALLTYPE CalLoadFactoryKind2(ULONG calKind, float c0, float c1, float c2,
                                                   float c3, float c4, float c5, ULONG countsHigh,
                                                   ULONG countsLow, float tempMaxK, float tempMinK,
                                                   BOOL* ok) override {
-        return Answer({kSlotLoadFactoryKind2,
-                       {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
-                        double(countsLow), tempMaxK, tempMinK},
-                       {}},
-                      ok);
+        return Answer(kSlotLoadFactoryKind2, ok, calKind, c0, c1, c2, c3, c4, c5, countsHigh,
+                      countsLow, tempMaxK, tempMinK);
     }
     HRESULT STDMETHODCALLTYPE CalSetIntegrationTime(LONG integrationTime, BOOL* ok) override {
-        return Answer({kSlotSetIntegrationTime, {double(integrationTime)}, {}}, ok);
+        return Answer(kSlotSetIntegrationTime, ok, integrationTime);
     }
     HRESULT STDMETHODCALLTYPE CalLoadFactory(ULONG calKind, float c0, float c1, float c2, float c3,
                                              float c4, float c5, ULONG countsHigh, ULONG countsLow,
                                              float tempMaxK, float tempMinK, float coefExtra,
                                              BOOL* ok) override {
-        return Answer({kSlotLoadFactory,
-                       {double(calKind), c0, c1, c2, c3, c4, c5, double(countsHigh),
-                        double(countsLow), tempMaxK, tempMinK, coefExtra},
-                       {}},
-                      ok);
+        return Answer(kSlotLoadFactory, ok, calKind, c0, c1, c2, c3, c4, c5, countsHigh, countsLow,
+                      tempMaxK, tempMinK, coefExtra);
     }
     HRESULT STDMETHODCALLTYPE CalIntegrationTimeAt(float tempK, float count, float* result,
                                                    LONG mode, BOOL* ok) override {
-        *result = mLog->integrationTime ? mLog->integrationTime(tempK, count) : 0.0f;
-        return Answer({kSlotIntegrationTimeAt, {tempK, count, double(mode)}, {}}, ok);
+        *result = mLog->integrationTime ? mLog->integrationTime(tempK) : 0.0f;
+        return Answer(kSlotIntegrationTimeAt, ok, tempK, count, mode);
     }
 
 private:
+    template <class... Numbers> HRESULT Answer(int slot, BOOL* ok, Numbers... numbers) {
+        return Answer({slot, {double(numbers)...}, {}}, ok);
+    }
     HRESULT Answer(CalCall call, BOOL* ok) {
-        const SlotResult result = mLog->ResultOf(call);
+        const auto it = mLog->results.find(call.slot);
+        const SlotResult result = it == mLog->results.end() ? SlotResult{} : it->second;
         mLog->calls.push_back(std::move(call));
         if (ok != nullptr) {
             *ok = result.ok;
@@ -171,17 +164,12 @@ public:
             throw std::runtime_error("CoRegisterClassObject failed");
         }
     }
-    virtual ~FakeCalibrationServer() {
-        CoRevokeClassObject(mCookie);
-        for (FakeCalibration* object : mObjects) {
-            delete object;
-        }
-    }
+    virtual ~FakeCalibrationServer() { CoRevokeClassObject(mCookie); }
     FakeCalibrationServer(const FakeCalibrationServer&) = delete;
     FakeCalibrationServer& operator=(const FakeCalibrationServer&) = delete;
 
     CalibrationLog& Log() { return *mLog; }
-    const std::vector<FakeCalibration*>& Objects() const { return mObjects; }
+    const std::vector<std::unique_ptr<FakeCalibration>>& Objects() const { return mObjects; }
     // Makes CreateInstance fail from now on, as an unreachable server would.
     void RefuseCreation(bool refuse) { mRefuse = refuse; }
 
@@ -196,14 +184,14 @@ public:
         if (outer != nullptr || mRefuse) {
             return CO_E_SERVER_EXEC_FAILURE;
         }
-        mObjects.push_back(new FakeCalibration(mLog));
+        mObjects.push_back(std::make_unique<FakeCalibration>(mLog));
         return mObjects.back()->QueryInterface(iid, out);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
 private:
     std::shared_ptr<CalibrationLog> mLog = std::make_shared<CalibrationLog>();
-    std::vector<FakeCalibration*> mObjects;
+    std::vector<std::unique_ptr<FakeCalibration>> mObjects;
     bool mRefuse = false;
     DWORD mCookie = 0;
 };
