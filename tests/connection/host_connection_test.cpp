@@ -201,6 +201,39 @@ TEST(Connection, ThreadsConnectAndReleaseAtOnce) {
     ExpectNoConnectionState();
 }
 
+// Counts the references proxies take and give back. A proxy calls nothing but AddRef and
+// Release on its pointer, so IUnknown's three slots stand in for the server's main object.
+class CountedObject : public IUnknown {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) override {
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++mRefs; }
+    ULONG STDMETHODCALLTYPE Release() override { return --mRefs; }
+    IOstrelHost* AsHost() { return reinterpret_cast<IOstrelHost*>(static_cast<IUnknown*>(this)); }
+
+    ULONG mRefs = 1;
+};
+
+// Each proxy and each copy owns a reference and the lock while it lives; one made without a
+// connection holds nothing and lets go of nothing.
+TEST(Connection, ProxiesOwnOneReferenceEach) {
+    ExpectNoConnectionState();
+    CountedObject object;
+    {
+        COstrel::CMarshalProxy call(object.AsHost());
+        COstrel::CMarshalProxy copy(call);
+        const COstrel::CMarshalProxy unconnected;
+        EXPECT_EQ(3u, object.mRefs);
+        EXPECT_EQ(object.AsHost(), copy.operator->());
+        EXPECT_EQ(nullptr, COstrel::CMarshalProxy(unconnected).operator->());
+        EXPECT_FALSE(FreeForOtherThreads());
+    }
+    EXPECT_EQ(1u, object.mRefs);
+    EXPECT_TRUE(FreeForOtherThreads());
+}
+
 // A call holds the library-wide lock for its expression, and may be made while holding it;
 // assigning one lock to another takes or releases nothing.
 TEST(Connection, ACallHoldsTheLockAndNestsInsideIt) {

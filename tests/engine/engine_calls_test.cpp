@@ -38,6 +38,9 @@ TEST_F(EngineTest, AFailedProbeIsFinalEvenWhenTheServerRecovers) {
     EXPECT_FALSE(engine->SetBroadCal(0, &record));
     EXPECT_FALSE(engine->UpdateLUT(0));
     EXPECT_EQ(nullptr, engine->GetLUTOutput(0));
+    unsigned short counts = 7;
+    EXPECT_FALSE(engine->TempToCounts(0, 20.0f, &counts, vz::eCelsius));
+    EXPECT_EQ(7, counts);
     EXPECT_EQ(calls, CallCount()) << "the probe was repeated";
 }
 

@@ -27,6 +27,9 @@ struct BadRun {
     std::vector<std::wstring> arguments;
     std::string named; // what the message must name
 };
+void PrintTo(const BadRun& run, std::ostream* out) {
+    *out << run.label;
+}
 
 class BadInput : public ConvertProgram, public testing::WithParamInterface<BadRun> {};
 
@@ -75,9 +78,14 @@ const BadRun kBadRuns[] = {
     {"NotABinaryPgm", {{L"a.pgm", "P2\n2 2\n255\n1 2 3 4"}}, {L"a.pgm"}, "a.pgm: not a binary"},
     {"MaxvalAbove65535", {{L"a.pgm", "P5\n2 2\n70000\nabcd"}}, {L"a.pgm"}, "maxval 70000"},
     {"MalformedHeader", {{L"a.pgm", "P5\n2\n"}}, {L"a.pgm"}, "a.pgm: malformed PGM header"},
-    // Sides whose product overflows, as a frame and as a key image.
+    // Sides whose product overflows, as a frame and as a key image, and sides each within
+    // the limit whose product is not.
     {"HugePgmHeader", {{L"a.pgm", kHugePgm}}, {L"a.pgm"}, "a.pgm: PGM size 2147549185x4294836226"},
     Keyed("HugeKeyImage", "1 0\n", "keys.pgm: PGM size", kHugePgm),
+    {"TooManyPixels",
+     {{L"a.pgm", "P5\n65535 65535\n255\n0123"}},
+     {L"a.pgm"},
+     "a.pgm: PGM size 65535x65535"},
     // A name no code page holds: a lone surrogate shows as U+FFFD.
     {"UnencodableName", {}, {L"f.pgm", L"--object-params", L"p\xD800.txt"}, "p\xEF\xBF\xBD.txt"},
     {"PgmOfAnotherSize", {}, {L"f.pgm", L"--width", L"5", L"--height", L"4"}, "f.pgm"},
@@ -128,6 +136,9 @@ struct ServerFault {
     LONG mode;
     std::string named;
 };
+void PrintTo(const ServerFault& fault, std::ostream* out) {
+    *out << fault.label;
+}
 
 class FailingServer : public ConvertProgram, public testing::WithParamInterface<ServerFault> {
 protected:
