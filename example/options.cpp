@@ -40,6 +40,8 @@ CLI::Option* Add(CLI::App& app, const std::string& name, const char* type, const
 
 // Declares every option on app, each taking its value into options.
 void Declare(CLI::App& app, Options& options) {
+    // On Windows CLI11 would take /name for an option; here it is a path from the drive's root.
+    app.allow_windows_style_options(false);
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.option_defaults()->disable_flag_override();
     app.set_version_flag("--version", std::string(), "the version of the ostrel.dll loaded");

@@ -30,9 +30,10 @@ TEST(Options, TakeValuesAfterTheOptionOrAnEqualsSign) {
 }
 
 TEST(Options, KeepFileNamesExactly) {
-    // Latin, CJK, a pair of surrogates, and lone surrogates, which only UTF-16 names can hold.
+    // Latin, CJK, a pair of surrogates, lone surrogates, which only UTF-16 names can hold, and
+    // a path from the drive's root.
     for (const std::wstring name : {L"caf\u00E9.pgm", L"\u6E29\u5EA6.pgm", L"\U0001F525.pgm",
-                                    L"lone\xD800.pgm", L"\xDC00\xD83D"}) {
+                                    L"lone\xD800.pgm", L"\xDC00\xD83D", L"/frames/a.pgm"}) {
         const std::vector<std::wstring> arguments{name, L"--out", name};
         Options options;
         std::string error;
