@@ -38,12 +38,11 @@ bool ReadFrame(const Options& options, const std::filesystem::path& file, format
     return true;
 }
 
-// A frame converted, its outputs written but not yet renamed into place.
+// A frame converted and summed up, its outputs written but not yet renamed into place.
 struct ConvertedFrame {
     bool ok = false;
     std::string error;
-    Temperatures temperatures;
-    double milliseconds = 0.0;
+    BatchSummary summary;
     std::vector<formats::OutputFile> outputs;
 };
 
@@ -56,15 +55,18 @@ ConvertedFrame ConvertOne(const Options& options, vz::CBroadCal& engine, const P
         return converted;
     }
     const auto start = std::chrono::steady_clock::now();
-    if (!ConvertFrame(engine, source, frame, options.unit, converted.temperatures)) {
+    Temperatures temperatures;
+    if (!ConvertFrame(engine, source, frame, options.unit, temperatures)) {
         converted.error = formats::DisplayName(file) +
                           ": the camera server failed to build the temperature tables";
         return converted;
     }
-    converted.milliseconds =
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-    converted.ok = PrepareFrameOutputs(options, file, frame.width, frame.height,
-                                       converted.temperatures, converted.outputs, converted.error);
+    converted.summary.Add(
+        temperatures.values, temperatures.status,
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+            .count());
+    converted.ok = PrepareFrameOutputs(options, file, frame.width, frame.height, temperatures,
+                                       converted.outputs, converted.error);
     return converted;
 }
 
@@ -147,7 +149,7 @@ bool ConvertBatch(const Options& options, unsigned jobs, vz::CBroadCal& engine,
         if (!formats::CommitAll(frame.outputs, error)) {
             return false;
         }
-        summary.Add(frame.temperatures.values, frame.temperatures.status, frame.milliseconds);
+        summary.Add(frame.summary);
         return true;
     };
     if (files.empty()) {

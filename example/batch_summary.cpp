@@ -36,6 +36,19 @@ void BatchSummary::Add(std::span<const float> temperatures, std::span<const std:
     }
 }
 
+void BatchSummary::Add(const BatchSummary& other) {
+    mFrames += other.mFrames;
+    mPixels += other.mPixels;
+    mMilliseconds += other.mMilliseconds;
+    mValidPixels += other.mValidPixels;
+    mValidSum += other.mValidSum;
+    mValidMin = std::min(mValidMin, other.mValidMin);
+    mValidMax = std::max(mValidMax, other.mValidMax);
+    for (std::size_t i = 0; i < mByStatus.size(); ++i) {
+        mByStatus[i] += other.mByStatus[i];
+    }
+}
+
 void BatchSummary::Print(std::ostream& out, vz::ETempType unit) const {
     char line[256];
     std::snprintf(line, sizeof(line), "Converted %llu frame%s, %llu pixels, %.2f ms per frame.\n",

@@ -16,6 +16,10 @@ class BatchSummary {
 public:
     void Add(std::span<const float> temperatures, std::span<const std::uint8_t> status,
              double milliseconds);
+    // Adds what another summary came to, so that frames can be summed up apart and their
+    // summaries added in input order: the figures are then the same however frames are shared
+    // among threads.
+    void Add(const BatchSummary& other);
     // Temperatures in `unit`, as converted.
     void Print(std::ostream& out, vz::ETempType unit) const;
 

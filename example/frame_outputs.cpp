@@ -59,6 +59,9 @@ bool PrepareFrameOutputs(const Options& options, const std::filesystem::path& in
             error = formats::DisplayName(target) + ": can't be encoded";
             return false;
         }
+        if (!file.Close(error)) {
+            return false;
+        }
     }
     return true;
 }

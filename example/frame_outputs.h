@@ -12,8 +12,8 @@
 
 namespace convert {
 
-// Writes every output the options ask for to temporary files, which formats::CommitAll then
-// renames all together; on failure none of them is left. Errors name the file.
+// Writes every output the options ask for to temporary files and closes them; formats::CommitAll
+// then renames them all together. On failure none of them is left. Errors name the file.
 bool PrepareFrameOutputs(const Options& options, const std::filesystem::path& input,
                          std::uint32_t width, std::uint32_t height, const Temperatures& result,
                          std::vector<formats::OutputFile>& files, std::string& error);

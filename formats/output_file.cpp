@@ -57,7 +57,7 @@ bool OutputFile::Open(const std::filesystem::path& target, std::string& error) {
     return true;
 }
 
-bool OutputFile::Finish(std::string& error) {
+bool OutputFile::Close(std::string& error) {
     if (mStream.is_open()) {
         mStream.close();
     }
@@ -70,7 +70,7 @@ bool OutputFile::Finish(std::string& error) {
 }
 
 bool OutputFile::Commit(std::string& error) {
-    if (!Finish(error)) {
+    if (!Close(error)) {
         return false;
     }
     if (!MoveFileExW(mTemporary.c_str(), mTarget.c_str(), MOVEFILE_REPLACE_EXISTING)) {
@@ -89,7 +89,7 @@ void OutputFile::Withdraw() {
 
 bool CommitAll(std::span<OutputFile> files, std::string& error) {
     for (OutputFile& file : files) {
-        if (!file.Finish(error)) {
+        if (!file.Close(error)) {
             return false;
         }
     }

@@ -22,12 +22,14 @@ public:
     // Creates the temporary file beside target. False with a message naming target.
     bool Open(const std::filesystem::path& target, std::string& error);
     std::ostream& Stream() { return mStream; }
+    // Closes the temporary file, leaving only the rename to Commit. False with a message naming
+    // the target when writing failed.
+    bool Close(std::string& error);
     // Closes the temporary file and renames it over the target. False with a message naming
     // the target when writing or renaming failed.
     bool Commit(std::string& error);
 
 private:
-    bool Finish(std::string& error);
     // Removes the committed target again.
     void Withdraw();
     void Discard();

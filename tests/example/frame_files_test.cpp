@@ -33,6 +33,23 @@ TEST(WriteCsv, WritesOneLinePerRowThatReadsBackExactly) {
     EXPECT_EQ(out.str(), "0.1,-2\n36.6,0.001\n");
 }
 
+// A frame of several megabytes, written in blocks, still has its rows bottom first.
+TEST(WritePfm, WritesRowsBottomFirst) {
+    constexpr std::uint32_t kWidth = 1000, kHeight = 600;
+    std::vector<float> values(kWidth * kHeight);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = static_cast<float>(i);
+    }
+    std::ostringstream out;
+    formats::WritePfm(out, kWidth, kHeight, values);
+    std::string expected = "Pf\n1000 600\n-1.0\n";
+    for (std::uint32_t row = kHeight; row-- > 0;) {
+        expected.append(reinterpret_cast<const char*>(&values[row * kWidth]),
+                        kWidth * sizeof(float));
+    }
+    EXPECT_TRUE(out.str() == expected);
+}
+
 // An output that is not committed leaves nothing: see the converter's test of an output that
 // can't be written.
 TEST(OutputFile, ReplacesTheFileOnlyWhenCommitted) {
