@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <fstream>
 #include <optional>
 #include <utility>
@@ -17,10 +18,11 @@ class FrameFile {
 public:
     bool Open(const std::filesystem::path& file, std::string& error) {
         mName = DisplayName(file);
-        mIn.open(file, std::ios::binary);
-        std::error_code code;
-        mSize = std::filesystem::file_size(file, code);
-        if (!mIn || code) {
+        // The size is read through the open file: one lookup of the name fewer.
+        mIn.open(file, std::ios::binary | std::ios::ate);
+        const std::streamoff end = mIn ? static_cast<std::streamoff>(mIn.tellg()) : -1;
+        mSize = static_cast<std::uint64_t>(std::max<std::streamoff>(end, 0));
+        if (end < 0) {
             error = mName + ": can't be opened";
             return false;
         }
@@ -164,8 +166,12 @@ bool ReadPgm(const std::filesystem::path& file, Frame& frame, std::string& error
     frame.height = *height;
     frame.type = wide ? vz::UInt16 : vz::UInt8;
     if (wide) {
+        // Big-endian samples, swapped in a loop the compiler turns into vector shuffles.
         for (std::size_t i = 0; i < frame.data.size(); i += 2) {
-            std::swap(frame.data[i], frame.data[i + 1]);
+            std::uint16_t sample;
+            std::memcpy(&sample, &frame.data[i], 2);
+            sample = static_cast<std::uint16_t>(sample << 8 | sample >> 8);
+            std::memcpy(&frame.data[i], &sample, 2);
         }
     }
     return true;
