@@ -1,6 +1,6 @@
-// Throughput of the uniform-preset kernels of every instruction set against two baselines measured
-// in the same run: a streaming loop that moves the same bytes without a table, and a plain scalar
-// table look-up.
+// Throughput of the uniform-preset kernels of every instruction set against baselines measured in
+// the same run: a streaming loop that moves the same bytes without a table, a plain scalar table
+// look-up, and for narrow integers a look-up in a table already converted to the output type.
 #include <cstdint>
 #include <map>
 #include <string>
@@ -154,6 +154,31 @@ void Lookup(benchmark::State& state, Frame frame) {
     });
 }
 
+// What a table converted ahead for one output type would give: an integer input of at most 16
+// bits looks up its result directly, with nothing left to do per pixel.
+template <class In, class Out>
+inline constexpr bool kConvertible = std::is_integral_v<In> &&
+                                     sizeof(In) <= 2 && std::is_integral_v<Out>;
+
+template <std::size_t InCode, std::size_t OutCode>
+void Converted(benchmark::State& state, Frame frame) {
+    using In = typed::ElementType<InCode>;
+    using Out = typed::ElementType<OutCode>;
+    using Index = std::make_unsigned_t<In>;
+    const BenchEngine engine;
+    std::vector<Out> table(std::size_t{1} << (8 * sizeof(In)));
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        table[i] = Narrow<Out>(engine.LutOutput(0)[i]);
+    }
+    const std::vector<In>& in = SceneCounts<In>(frame);
+    std::vector<Out> out(frame.Pixels());
+    Measure(state, frame.Pixels(), [&] {
+        for (ApiUInt32 k = 0; k < frame.Pixels(); ++k) {
+            out[k] = table[static_cast<Index>(in[k])];
+        }
+    });
+}
+
 template <std::size_t InCode, std::size_t OutCode>
 std::string PairName(const char* what, const Frame& frame) {
     return std::string(what) + "/" + kTypeNames[InCode] + "/" + kTypeNames[OutCode] + "/" +
@@ -178,6 +203,10 @@ template <std::size_t Pair> void RegisterPair(const Frame& frame) {
              [frame](benchmark::State& s) { Stream<in, out>(s, frame); });
     Register(PairName<in, out>("Lookup", frame),
              [frame](benchmark::State& s) { Lookup<in, out>(s, frame); });
+    if constexpr (kConvertible<typed::ElementType<in>, typed::ElementType<out>>) {
+        Register(PairName<in, out>("Converted", frame),
+                 [frame](benchmark::State& s) { Converted<in, out>(s, frame); });
+    }
 }
 
 template <std::size_t... Pairs>

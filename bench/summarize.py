@@ -56,6 +56,28 @@ def variant_table(rate, path):
     print()
 
 
+def converted_table(rate, paths):
+    print("#### Tables converted ahead: narrow integer inputs to integer outputs (MP/s; C = look-up in "
+          "a table of the output type, K = the faster path's kernel)\n")
+    header, rule = "| In | Out |", "|---|---|"
+    for frame in FRAMES:
+        header += f" K {frame} | C | C/K |"
+        rule += "---:|---:|---:|"
+    print(header)
+    print(rule)
+    for src in TYPES:
+        for dst in TYPES:
+            if f"Converted/{src}/{dst}/{FRAMES[0]}" not in rate:
+                continue
+            row = f"| {src} | {dst} |"
+            for frame in FRAMES:
+                k = max(rate[f"Kernel-{path}/{src}/{dst}/{frame}"] for path in paths)
+                c = rate[f"Converted/{src}/{dst}/{frame}"]
+                row += f" {k:.0f} | {c:.0f} | {c / k:.2f} |"
+            print(row)
+    print()
+
+
 def main(json_path):
     rate = best_rates(json_path)
     paths = [p for p in PATHS if f"Kernel-{p}/UInt16/Float/{FRAMES[0]}" in rate]
@@ -71,6 +93,7 @@ def main(json_path):
                      for a in TYPES for b in TYPES)
         print(f"| {path} | {k / s:.2f} | {k / l:.2f} | {status / k:.2f} | {lowest:.2f} | {k / converted:.2f} |")
     print(f"\n(at {big}; targets: 0.9, 1.8, 0.7, 0.5 and at most 1.2)\n")
+    converted_table(rate, paths)
     for path in paths:
         pair_table(rate, path)
         variant_table(rate, path)
