@@ -25,13 +25,42 @@ void BatchSummary::Add(std::span<const float> temperatures, std::span<const std:
     ++mFrames;
     mPixels += temperatures.size();
     mMilliseconds += milliseconds;
-    for (std::size_t i = 0; i < temperatures.size(); ++i) {
-        ++mByStatus[status[i]];
-        if (status[i] == vz::eLUTValid) {
-            ++mValidPixels;
-            mValidSum += temperatures[i];
-            mValidMin = std::min(mValidMin, temperatures[i]);
-            mValidMax = std::max(mValidMax, temperatures[i]);
+    // Four lanes of running figures, combined in a fixed order at the end, so that one lane's
+    // additions need not wait for another's and the loop vectorises.
+    constexpr std::size_t kLanes = 4;
+    std::array<double, kLanes> sums{};
+    std::array<std::size_t, kLanes> valid{};
+    std::array<float, kLanes> lows, highs;
+    lows.fill(mValidMin);
+    highs.fill(mValidMax);
+    const auto take = [&](std::size_t lane, std::size_t i) {
+        const bool isValid = status[i] == vz::eLUTValid;
+        const float t = temperatures[i];
+        sums[lane] += isValid ? double{t} : 0.0;
+        valid[lane] += isValid;
+        lows[lane] = isValid ? std::min(lows[lane], t) : lows[lane];
+        highs[lane] = isValid ? std::max(highs[lane], t) : highs[lane];
+    };
+    const std::size_t n = temperatures.size();
+    std::size_t i = 0;
+    for (; n - i >= kLanes; i += kLanes) {
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+            take(lane, i + lane);
+        }
+    }
+    for (; i < n; ++i) {
+        take(0, i);
+    }
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+        mValidPixels += valid[lane];
+        mValidSum += sums[lane];
+        mValidMin = std::min(mValidMin, lows[lane]);
+        mValidMax = std::max(mValidMax, highs[lane]);
+    }
+    mByStatus[vz::eLUTValid] += valid[0] + valid[1] + valid[2] + valid[3];
+    for (const std::uint8_t mark : status) {
+        if (mark != vz::eLUTValid) {
+            ++mByStatus[mark];
         }
     }
 }
