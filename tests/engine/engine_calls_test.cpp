@@ -156,5 +156,21 @@ TEST_F(EngineTest, AFailedObjectParamsCallIsRetriedInFull) {
     EXPECT_EQ(5u, Log().CallsTo(kSlotSetObjectParams).size());
 }
 
+// An engine assigned another's shares its state; its own former state is abandoned, and only one
+// of the two may be destroyed, so the assigned one never is.
+TEST_F(EngineTest, AnAssignedEngineSharesTheOthersState) {
+    auto params = Params(0.9f, 290.0f, 295.0f, 1.0f);
+    ASSERT_TRUE(engine->SetObjectParams(&params));
+    auto* assigned = new vz::CBroadCal;
+    *assigned = *engine;
+    vz::reduce::CObjectParametersReduceObject stored;
+    assigned->GetObjectParams(&stored);
+    EXPECT_EQ(290.0f, stored.objTempA);
+    params.objTempA = 280.0f;
+    ASSERT_TRUE(assigned->SetObjectParams(&params));
+    engine->GetObjectParams(&stored);
+    EXPECT_EQ(280.0f, stored.objTempA);
+}
+
 } // namespace
 } // namespace engine_test
