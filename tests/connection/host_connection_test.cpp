@@ -111,6 +111,8 @@ TEST_P(ConnectionRules, DecideWhetherTheServerIsUsed) {
         EXPECT_EQ(pleoraRefusal ? std::vector<std::wstring>{kPleoraLine}
                                 : std::vector<std::wstring>{},
                   log.Lines());
+        COstrel empty;
+        EXPECT_EQ(c.connects, empty.Get());
     }
     ExpectNoConnectionState();
 }

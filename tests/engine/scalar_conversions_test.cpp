@@ -92,6 +92,22 @@ TEST_F(ScalarConversions, TempRangeEdgeCases) {
     const float high = static_cast<float>(double(record.tempMaxK) - 273.15);
     EXPECT_EQ(high, minTemp);
     EXPECT_EQ(high, maxTemp);
+
+    // The scan takes in its last count, and counts beyond the table read its last entry.
+    ServeTable([](int i) { return i == 3000 ? 40.0f : i == 65535 ? 30.0f : 20.0f; });
+    record.countsLow = 1000;
+    record.countsHigh = 3000;
+    ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
+    EXPECT_EQ(20.0f, minTemp);
+    EXPECT_EQ(40.0f, maxTemp);
+    record.countsLow = 70000;
+    record.countsHigh = 90000;
+    ASSERT_TRUE(engine->SetBroadCal(1, &record));
+    ASSERT_TRUE(engine->GetTempRangeFromIntTime(1, 100, minTemp, maxTemp));
+    const float last = engine->GetLUTOutput(1)[65535];
+    EXPECT_EQ(last, minTemp);
+    EXPECT_EQ(last, maxTemp);
 }
 
 TEST_F(ScalarConversions, OneCountReadsItsLutEntryAndStatus) {
