@@ -1,5 +1,5 @@
 // The kernel set the environment forces is the one the dispatchers use, where the processor and
-// the system have it; these tests run once per set.
+// the system have it; these tests run once per set. Detection itself agrees with the compiler's.
 #include <cstdlib>
 #include <cstring>
 
@@ -36,6 +36,14 @@ TEST(InstructionSet, TheForcedSetIsTheOneInUse) {
         return;
     }
     FAIL() << "OSTREL_CPU=" << forced << " names no instruction set";
+}
+
+// What the processor and the system support, against the compiler's own reading of them (which
+// also asks the system whether it saves the AVX registers).
+TEST(InstructionSet, DetectionAgreesWithTheCompilersReading) {
+    __builtin_cpu_init();
+    EXPECT_EQ(typed::SupportedInstructionSet(),
+              __builtin_cpu_supports("avx2") ? InstructionSet::kAvx2 : InstructionSet::kSse2);
 }
 
 } // namespace
