@@ -238,6 +238,8 @@ void RegisterVariants(const Frame& frame) {
     RegisterVariant<Float, Float>(frame, "toF", eFahrenheit, false);
     RegisterVariant<Float, Float>(frame, "status", eCelsius, true);
     RegisterVariant<Int32, Float>(frame, "toR", eRankine, false);
+    RegisterVariant<UInt8, Float>(frame, "toF", eFahrenheit, false);
+    RegisterVariant<UInt8, UInt16>(frame, "toF", eFahrenheit, false);
 }
 
 } // namespace
