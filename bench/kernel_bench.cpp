@@ -37,7 +37,8 @@ struct Path {
     typed::InstructionSet needs;
 };
 const Path kPaths[] = {{"sse2", &typed::kSse2Kernels, typed::InstructionSet::kSse2},
-                       {"avx2", &typed::kAvx2Kernels, typed::InstructionSet::kAvx2}};
+                       {"avx2", &typed::kAvx2Kernels, typed::InstructionSet::kAvx2},
+                       {"avx512", &typed::kAvx512Kernels, typed::InstructionSet::kAvx512}};
 
 // One current Celsius table for every preset: nothing is ever rebuilt, as in a steady stream of
 // frames.

@@ -4,7 +4,9 @@
 // OSTREL_ISA_BEGIN; code outside them reaches the baseline's copy under the usual names.
 #pragma once
 
-#if defined(__AVX2__)
+#if defined(__AVX512F__)
+#define OSTREL_ISA avx512
+#elif defined(__AVX2__)
 #define OSTREL_ISA avx2
 #else
 #define OSTREL_ISA sse2

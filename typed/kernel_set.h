@@ -37,12 +37,13 @@ inline const LookUpTable<KeyedLuts>& TableFor(const KernelSet& set, const KeyedL
 // Each defined in the translation unit compiled for its instruction set.
 extern const KernelSet kSse2Kernels;
 extern const KernelSet kAvx2Kernels;
+extern const KernelSet kAvx512Kernels;
 
-enum class InstructionSet { kSse2, kAvx2 };
+enum class InstructionSet { kSse2, kAvx2, kAvx512 };
 
-// The widest set the processor and the operating system support, lowered to the one the
-// environment variable OSTREL_CPU names ("sse2" or "avx2") if that is narrower. Chosen on the
-// first call, then fixed for the process.
+// The widest set the processor and the operating system support, up to AVX2, or up to the one
+// the environment variable OSTREL_CPU names ("sse2", "avx2" or "avx512"). Chosen on the first
+// call, then fixed for the process.
 InstructionSet ChosenInstructionSet();
 // The widest set the processor and the operating system support, whatever OSTREL_CPU says.
 InstructionSet SupportedInstructionSet();

@@ -1,9 +1,9 @@
 // The pixel loop shared by the kernels of every family and instruction set. The loop goes a
-// group of lanes at a time (four with SSE2, eight with AVX2: the lanes of the set this
-// translation unit is compiled for), then one by one. The per-call choices, unit conversion and
-// status, pick one of six instances of the loop before any pixel is touched. The loop takes its
-// table source and conversion by value: a status byte store may alias any memory, but not a
-// local copy.
+// group of lanes at a time (four with SSE2, eight with AVX2, sixteen with AVX-512: the lanes
+// of the set this translation unit is compiled for), then one by one. The per-call choices, unit
+// conversion and status, pick one of six instances of the loop before any pixel is touched. The
+// loop takes its table source and conversion by value: a status byte store may alias any memory,
+// but not a local copy.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,9 @@
 #include "ostrel_types.h"
 #include "unit_formulas.h"
 
-#if defined(__AVX2__)
+#if defined(__AVX512F__)
+#include "lanes_avx512.h"
+#elif defined(__AVX2__)
 #include "lanes_avx2.h"
 #else
 #include "lanes_sse2.h"

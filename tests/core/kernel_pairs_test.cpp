@@ -18,8 +18,8 @@ namespace {
 
 constexpr unsigned char kUntouched = 0xA5;
 
-// Inputs at each type's clamp boundaries; 4k + 3 of them, so that a remainder follows the groups
-// of four.
+// Inputs at each type's clamp boundaries; 16k + 3 of them, so that the groups of every set (4, 8
+// or 16 lanes) take them all in and a remainder follows.
 template <class In> std::vector<In> SampleInputs() {
     using Limits = std::numeric_limits<In>;
     std::vector<In> samples{Limits::max(), Limits::lowest()};
@@ -36,7 +36,7 @@ template <class In> std::vector<In> SampleInputs() {
             samples.push_back(v);
         }
     }
-    while (samples.size() % 4 != 3) {
+    while (samples.size() % 16 != 3) {
         samples.push_back(samples[samples.size() % 5]);
     }
     return samples;

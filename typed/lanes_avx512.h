@@ -1,0 +1,171 @@
+// Sixteen pixels at a time with AVX-512 (the foundation set, AVX512F, only): indices, unit
+// conversion and stores in whole registers, and for a uniform preset the table entries and status
+// bytes gathered. Loads and stores are unaligned, and no vector is kept in an array: see the note
+// where the flags are set.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include <immintrin.h>
+
+#include "element_rules.h"
+#include "isa_namespace.h"
+#include "lut_sources.h"
+#include "unit_formulas.h"
+
+OSTREL_ISA_BEGIN
+
+struct Lanes {
+    static constexpr std::size_t kCount = 16;
+    using Indices = __m512i;
+    using Floats = __m512;
+
+    // CountIndex of sixteen inputs in 32-bit lanes, all read before anything is written.
+    template <class In> static __m512i CountIndices(const In* x) {
+        const __m512i zero = _mm512_setzero_si512();
+        const __m512i top = _mm512_set1_epi32(65535);
+        if constexpr (std::is_same_v<In, float>) {
+            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
+            const __m512 clamped = _mm512_min_ps(
+                _mm512_max_ps(_mm512_loadu_ps(x), _mm512_setzero_ps()), _mm512_set1_ps(65535.0f));
+            return _mm512_cvttps_epi32(clamped);
+        } else if constexpr (std::is_same_v<In, double>) {
+            const auto clamp = [](__m512d v) {
+                return _mm512_cvttpd_epi32(
+                    _mm512_min_pd(_mm512_max_pd(v, _mm512_setzero_pd()), _mm512_set1_pd(65535.0)));
+            };
+            return Joined(clamp(_mm512_loadu_pd(x)), clamp(_mm512_loadu_pd(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::int64_t>) {
+            const auto clamp = [](__m512i v) {
+                return _mm512_cvtepi64_epi32(_mm512_min_epi64(
+                    _mm512_max_epi64(v, _mm512_setzero_si512()), _mm512_set1_epi64(65535)));
+            };
+            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::uint64_t>) {
+            const auto clamp = [](__m512i v) {
+                return _mm512_cvtepi64_epi32(_mm512_min_epu64(v, _mm512_set1_epi64(65535)));
+            };
+            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::int32_t>) {
+            return _mm512_min_epi32(_mm512_max_epi32(_mm512_loadu_si512(x), zero), top);
+        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
+            return _mm512_min_epu32(_mm512_loadu_si512(x), top);
+        } else if constexpr (std::is_same_v<In, std::int16_t>) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
+            return _mm512_max_epi32(_mm512_cvtepi16_epi32(v), zero);
+        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
+            return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)));
+        } else if constexpr (std::is_same_v<In, std::int8_t>) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+            return _mm512_max_epi32(_mm512_cvtepi8_epi32(v), zero);
+        } else {
+            static_assert(std::is_same_v<In, std::uint8_t>);
+            return _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+        }
+    }
+
+    // One preset's table is gathered from; a table per pixel is read entry by entry.
+    static __m512 Values(const FixedLut& luts, std::size_t, __m512i i) {
+        return _mm512_i32gather_ps(i, luts.lut.values, 4);
+    }
+    template <class Source> static __m512 Values(const Source& luts, std::size_t k, __m512i i) {
+        std::uint32_t at[kCount];
+        _mm512_storeu_si512(at, i);
+        float values[kCount];
+        for (std::size_t j = 0; j < kCount; ++j) {
+            values[j] = LutAt(luts, k + j).values[at[j]];
+        }
+        return _mm512_loadu_ps(values);
+    }
+
+    // Status bytes gathered as 32-bit words, of which the low byte is kept. A word at one of the
+    // table's last three indices would reach past its end: those lanes are read alone.
+    static void StoreStatus(unsigned char* status, const FixedLut& luts, std::size_t, __m512i i) {
+        const __mmask16 inside = _mm512_cmple_epu32_mask(i, _mm512_set1_epi32(kLutSize - 4));
+        const __m512i words =
+            _mm512_mask_i32gather_epi32(_mm512_setzero_si512(), inside, i, luts.lut.status, 1);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(status), _mm512_cvtepi32_epi8(words));
+        if (inside != 0xFFFF) {
+            std::uint32_t at[kCount];
+            _mm512_storeu_si512(at, i);
+            for (std::size_t j = 0; j < kCount; ++j) {
+                status[j] = luts.lut.status[at[j]];
+            }
+        }
+    }
+    template <class Source>
+    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m512i i) {
+        std::uint32_t at[kCount];
+        _mm512_storeu_si512(at, i);
+        for (std::size_t j = 0; j < kCount; ++j) {
+            status[j] = LutAt(luts, k + j).status[at[j]];
+        }
+    }
+
+    // The sixteen values go through the same double operations, lane by lane, as one value does.
+    template <UnitConversion::Kind kKind>
+    static __m512 Convert(const UnitConversion& conversion, __m512 t) {
+        const auto convert = [&conversion](__m256 half) {
+            __m512d x = _mm512_add_pd(_mm512_cvtps_pd(half), _mm512_set1_pd(conversion.offset));
+            if constexpr (kKind == UnitConversion::kScale) {
+                x = _mm512_mul_pd(x, _mm512_set1_pd(conversion.factor));
+            } else {
+                x = _mm512_div_pd(x, _mm512_set1_pd(conversion.factor));
+            }
+            return _mm512_cvtpd_ps(_mm512_add_pd(x, _mm512_set1_pd(conversion.shift)));
+        };
+        const __m512d low = _mm512_castps_pd(_mm512_castps256_ps512(convert(Low(t))));
+        return _mm512_castpd_ps(_mm512_insertf64x4(low, _mm256_castps_pd(convert(High(t))), 1));
+    }
+
+    // StoreTemperature of sixteen temperatures. The packed 32-bit truncation (the processor's,
+    // indefinite value included) is the rule itself for the signed narrow outputs and Int32, and
+    // gives UInt8 its bits everywhere (beyond 2^31 a float is a multiple of 256). It gives the
+    // other integers their bits inside the 32-bit range; a group with a lane outside it (NaN, or
+    // beyond +-2^31 degrees) follows the rule lane by lane.
+    template <class Out> static void Store(Out* out, __m512 t) {
+        if constexpr (std::is_same_v<Out, float>) {
+            _mm512_storeu_ps(out, t);
+        } else if constexpr (std::is_same_v<Out, double>) {
+            _mm512_storeu_pd(out, _mm512_cvtps_pd(Low(t)));
+            _mm512_storeu_pd(out + 8, _mm512_cvtps_pd(High(t)));
+        } else {
+            const __m512i whole = _mm512_cvttps_epi32(t);
+            constexpr bool kTruncates64 = !std::is_signed_v<Out> || sizeof(Out) == 8;
+            if constexpr (kTruncates64 && sizeof(Out) > 1) {
+                if (_mm512_cmpeq_epi32_mask(whole, _mm512_set1_epi32(INT32_MIN)) != 0) {
+                    float lanes[kCount];
+                    _mm512_storeu_ps(lanes, t);
+                    for (std::size_t j = 0; j < kCount; ++j) {
+                        out[j] = StoreTemperature<Out>(lanes[j]);
+                    }
+                    return;
+                }
+            }
+            if constexpr (sizeof(Out) == 8) {
+                _mm512_storeu_si512(out, _mm512_cvtepi32_epi64(_mm512_castsi512_si256(whole)));
+                _mm512_storeu_si512(out + 8,
+                                    _mm512_cvtepi32_epi64(_mm512_extracti64x4_epi64(whole, 1)));
+            } else if constexpr (sizeof(Out) == 4) {
+                _mm512_storeu_si512(out, whole);
+            } else if constexpr (sizeof(Out) == 2) {
+                _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm512_cvtepi32_epi16(whole));
+            } else {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm512_cvtepi32_epi8(whole));
+            }
+        }
+    }
+
+private:
+    static __m256 Low(__m512 t) { return _mm512_castps512_ps256(t); }
+    static __m256 High(__m512 t) {
+        return _mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(t), 1));
+    }
+    static __m512i Joined(__m256i low, __m256i high) {
+        return _mm512_inserti64x4(_mm512_castsi256_si512(low), high, 1);
+    }
+};
+
+OSTREL_ISA_END
