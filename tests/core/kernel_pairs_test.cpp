@@ -18,11 +18,16 @@ namespace {
 
 constexpr unsigned char kUntouched = 0xA5;
 
-// Inputs at each type's clamp boundaries; 16k + 3 of them, so that the groups of every set (4, 8
-// or 16 lanes) take them all in and a remainder follows.
+// Sixteen counts whose temperatures are ordinary, a whole group of every set (4, 8 or 16 lanes),
+// then inputs at each type's clamp boundaries; 16k + 3 in all, so that a remainder follows.
 template <class In> std::vector<In> SampleInputs() {
     using Limits = std::numeric_limits<In>;
-    std::vector<In> samples{Limits::max(), Limits::lowest()};
+    std::vector<In> samples;
+    for (int count = 20; count < 36; ++count) {
+        samples.push_back(static_cast<In>(count));
+    }
+    samples.push_back(Limits::max());
+    samples.push_back(Limits::lowest());
     for (long long v : {0, 1, 5, 12, 100, -3, 127, 255, 300, 32767, 65534, 65535, 70000}) {
         if constexpr (std::is_floating_point_v<In>) {
             samples.push_back(static_cast<In>(v));
