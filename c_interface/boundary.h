@@ -8,12 +8,9 @@
 #include <exception>
 #include <new>
 
-namespace c_interface {
+#include "server_session.h"
 
-// The engine behind an ostrel_engine handle.
-inline vz::CBroadCal* EngineOf(ostrel_engine* engine) {
-    return reinterpret_cast<vz::CBroadCal*>(engine);
-}
+namespace c_interface {
 
 inline bool ValidPreset(std::uint32_t preset) {
     return preset < vz::kPresetCount;
@@ -43,6 +40,15 @@ template <class Body> ostrel_status Guarded(Body body) noexcept {
     } catch (...) {
         return OSTREL_SERVER_CALL_FAILED;
     }
+}
+
+// Runs body, which may reach the server, inside a ServerSession; on a thread that can't reach
+// the server, body does not run.
+template <class Body> ostrel_status WithServer(Body body) noexcept {
+    return Guarded([&]() -> ostrel_status {
+        const ServerSession session;
+        return session.Refusal() != OSTREL_OK ? session.Refusal() : body();
+    });
 }
 
 } // namespace c_interface

@@ -20,7 +20,7 @@ ostrel_status ConnectionStatus() {
 } // namespace
 
 extern "C" ostrel_status ostrel_check_connection(void) {
-    return c_interface::Guarded(
+    return c_interface::WithServer(
         []() -> ostrel_status { return GetOstrel() ? OSTREL_OK : ConnectionStatus(); });
 }
 
@@ -28,7 +28,7 @@ extern "C" ostrel_status ostrel_server_version(uint32_t* major, uint32_t* minor,
     if (major == nullptr || minor == nullptr || build == nullptr) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return c_interface::Guarded([&]() -> ostrel_status {
+    return c_interface::WithServer([&]() -> ostrel_status {
         const COstrel host = GetOstrel();
         unsigned long versionMajor = 0, versionMinor = 0, versionBuild = 0;
         if (!host || !GetOstrelVersion(versionMajor, versionMinor, versionBuild)) {

@@ -1,11 +1,14 @@
 #include "boundary.h"
+#include "engine_access.h"
+#include "engine_handle.h"
 
-using c_interface::EngineOf;
 using c_interface::EngineResult;
 using c_interface::Guarded;
+using c_interface::PresetRefusal;
 using c_interface::ValidPreset;
 using c_interface::ValidType;
 using c_interface::ValidUnit;
+using c_interface::WithServer;
 
 namespace {
 
@@ -21,6 +24,52 @@ vz::STypedData Input(const void* in, uint32_t type) {
     return {const_cast<void*>(in), type};
 }
 
+// Converts through one preset: its table is brought up to date in a server session, and the
+// look-up itself runs outside one, so that conversions on several threads never wait for each
+// other.
+template <class Convert>
+ostrel_status ThroughPreset(ostrel_engine& handle, uint32_t preset, Convert convert) {
+    vz::CBroadCal& engine = handle.engine;
+    const auto p = static_cast<unsigned char>(preset);
+    if (const ostrel_status refusal = PresetRefusal(handle, preset)) {
+        return refusal;
+    }
+    if (!vz::IsLutCurrent(engine, p)) {
+        if (const ostrel_status refreshed = WithServer(
+                [&]() -> ostrel_status { return EngineResult(engine, engine.UpdateLUT(p)); })) {
+            return refreshed;
+        }
+    }
+    return Guarded([&]() -> ostrel_status { return EngineResult(engine, convert(engine)); });
+}
+
+// Converts through the active presets, as ThroughPreset does through one.
+template <class Convert>
+ostrel_status ThroughActivePresets(ostrel_engine& handle, Convert convert) {
+    vz::CBroadCal& engine = handle.engine;
+    for (unsigned p = 0; p < vz::kPresetCount; ++p) {
+        if (vz::IsPresetActive(engine, static_cast<unsigned char>(p))) {
+            if (const ostrel_status refusal = PresetRefusal(handle, p)) {
+                return refusal;
+            }
+        }
+    }
+    if (!vz::AreActiveLutsCurrent(engine)) {
+        if (const ostrel_status refreshed = WithServer([&]() -> ostrel_status {
+                for (unsigned p = 0; p < vz::kPresetCount; ++p) {
+                    const auto preset = static_cast<unsigned char>(p);
+                    if (vz::IsPresetActive(engine, preset) && !engine.UpdateLUT(preset)) {
+                        return EngineResult(engine, false);
+                    }
+                }
+                return OSTREL_OK;
+            })) {
+            return refreshed;
+        }
+    }
+    return Guarded([&]() -> ostrel_status { return EngineResult(engine, convert(engine)); });
+}
+
 } // namespace
 
 extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t preset,
@@ -30,12 +79,10 @@ extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t 
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration,
-                            calibration.CountsToTemp(static_cast<unsigned char>(preset),
-                                                     Input(in, in_type), {out, out_type}, n, status,
-                                                     static_cast<vz::ETempType>(unit)));
+    return ThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+        return calibration.CountsToTemp(static_cast<unsigned char>(preset), Input(in, in_type),
+                                        {out, out_type}, n, status,
+                                        static_cast<vz::ETempType>(unit));
     });
 }
 
@@ -46,11 +93,9 @@ extern "C" ostrel_status ostrel_convert_mapped(ostrel_engine* engine, const uint
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || preset_map == nullptr) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(
-            calibration, calibration.CountsToTemp(Input(in, in_type), preset_map, {out, out_type},
-                                                  n, status, static_cast<vz::ETempType>(unit)));
+    return ThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+        return calibration.CountsToTemp(Input(in, in_type), preset_map, {out, out_type}, n, status,
+                                        static_cast<vz::ETempType>(unit));
     });
 }
 
@@ -63,13 +108,11 @@ extern "C" ostrel_status ostrel_convert_keyed(ostrel_engine* engine, const uint3
         return OSTREL_BAD_ARGUMENT;
     }
     static_assert(sizeof(unsigned long) == sizeof(uint32_t), "keys are 32-bit on Windows");
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration,
-                            calibration.CountsToTemp(
-                                Input(in, in_type),
-                                reinterpret_cast<const unsigned long*>(pixel_keys), key_to_preset,
-                                {out, out_type}, n, status, static_cast<vz::ETempType>(unit)));
+    return ThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+        return calibration.CountsToTemp(Input(in, in_type),
+                                        reinterpret_cast<const unsigned long*>(pixel_keys),
+                                        key_to_preset, {out, out_type}, n, status,
+                                        static_cast<vz::ETempType>(unit));
     });
 }
 
@@ -79,10 +122,8 @@ extern "C" ostrel_status ostrel_counts_to_temp(ostrel_engine* engine, uint32_t p
     if (engine == nullptr || temp == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(
-            calibration, calibration.CountsToTemp(static_cast<unsigned char>(preset), counts, temp,
-                                                  status, static_cast<vz::ETempType>(unit)));
+    return ThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+        return calibration.CountsToTemp(static_cast<unsigned char>(preset), counts, temp, status,
+                                        static_cast<vz::ETempType>(unit));
     });
 }

@@ -1,17 +1,21 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "boundary.h"
+#include "engine_access.h"
+#include "engine_handle.h"
 #include "record_files.h"
 #include "records.h"
 
-using c_interface::EngineOf;
 using c_interface::EngineResult;
 using c_interface::Guarded;
+using c_interface::PresetRefusal;
 using c_interface::ValidPreset;
 using c_interface::ValidUnit;
+using c_interface::WithServer;
 
 namespace {
 
@@ -27,6 +31,33 @@ std::filesystem::path PathFromUtf8(const char* name) {
     return wide;
 }
 
+// Loads a record into the preset. The preset's new object gets the object parameters the host
+// set, as every other object holds them; until a load succeeds in full, the preset is refused.
+ostrel_status LoadPreset(ostrel_engine& handle, std::uint32_t preset,
+                         c_interface::FactoryCal& record) {
+    vz::CBroadCal& engine = handle.engine;
+    const auto p = static_cast<unsigned char>(preset);
+    bool loaded = engine.SetBroadCal(p, &record);
+    if (loaded && handle.paramsSet && !handle.paramsLost) {
+        c_interface::ObjectParams params;
+        engine.GetObjectParams(&params);
+        loaded = engine.SetObjectParams(&params);
+    }
+    const ostrel_status status = EngineResult(engine, loaded);
+    // An engine that never reached its calibration service has touched no object.
+    handle.presetLost[p] = status != OSTREL_OK && status != OSTREL_NOT_READY;
+    return status;
+}
+
+// Sends object parameters to every preset's object; until a set succeeds in full, every preset
+// is refused.
+ostrel_status SendObjectParams(ostrel_engine& handle, c_interface::ObjectParams& params) {
+    const ostrel_status status = EngineResult(handle.engine, handle.engine.SetObjectParams(&params));
+    handle.paramsSet = handle.paramsSet || status == OSTREL_OK;
+    handle.paramsLost = status != OSTREL_OK && status != OSTREL_NOT_READY;
+    return status;
+}
+
 } // namespace
 
 extern "C" ostrel_status ostrel_engine_create(ostrel_engine** engine) {
@@ -34,14 +65,20 @@ extern "C" ostrel_status ostrel_engine_create(ostrel_engine** engine) {
         return OSTREL_BAD_ARGUMENT;
     }
     return Guarded([&]() -> ostrel_status {
-        *engine = reinterpret_cast<ostrel_engine*>(new vz::CBroadCal);
+        auto created = std::make_unique<ostrel_engine>();
+        bool allActive[vz::kPresetCount] = {true, true, true, true};
+        created->engine.SetActivePresets(allActive);
+        *engine = created.release();
         return OSTREL_OK;
     });
 }
 
+// Destroying drops the engine's server objects, so it runs in a session even on a thread that
+// could not reach the server: the engine goes all the same.
 extern "C" ostrel_status ostrel_engine_destroy(ostrel_engine* engine) {
     return Guarded([&]() -> ostrel_status {
-        delete EngineOf(engine);
+        const c_interface::ServerSession session;
+        delete engine;
         return OSTREL_OK;
     });
 }
@@ -51,12 +88,10 @@ extern "C" ostrel_status ostrel_engine_set_factory_cal(ostrel_engine* engine, ui
     if (engine == nullptr || record == nullptr || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
+    return WithServer([&]() -> ostrel_status {
         c_interface::FactoryCal copy;
         c_interface::CopyFactoryCal(*record, copy);
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration,
-                            calibration.SetBroadCal(static_cast<unsigned char>(preset), &copy));
+        return LoadPreset(*engine, preset, copy);
     });
 }
 
@@ -65,16 +100,14 @@ extern "C" ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine, u
     if (engine == nullptr || path == nullptr || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
+    return WithServer([&]() -> ostrel_status {
         c_interface::FactoryCal record;
         std::string error;
         const std::filesystem::path file = PathFromUtf8(path);
         if (file.empty() || !formats::ReadFactoryCal(file, record, error)) {
             return OSTREL_BAD_FILE;
         }
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration,
-                            calibration.SetBroadCal(static_cast<unsigned char>(preset), &record));
+        return LoadPreset(*engine, preset, record);
     });
 }
 
@@ -85,7 +118,7 @@ extern "C" ostrel_status ostrel_engine_get_factory_cal(ostrel_engine* engine, ui
     }
     return Guarded([&]() -> ostrel_status {
         c_interface::FactoryCal stored;
-        EngineOf(engine)->GetBroadCal(static_cast<unsigned char>(preset), &stored);
+        engine->engine.GetBroadCal(static_cast<unsigned char>(preset), &stored);
         c_interface::CopyFactoryCal(stored, *record);
         return OSTREL_OK;
     });
@@ -96,11 +129,10 @@ extern "C" ostrel_status ostrel_engine_set_object_params(ostrel_engine* engine,
     if (engine == nullptr || params == nullptr) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
+    return WithServer([&]() -> ostrel_status {
         c_interface::ObjectParams copy;
         c_interface::CopyObjectParams(*params, copy);
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration, calibration.SetObjectParams(&copy));
+        return SendObjectParams(*engine, copy);
     });
 }
 
@@ -108,15 +140,14 @@ extern "C" ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine,
     if (engine == nullptr || path == nullptr) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
+    return WithServer([&]() -> ostrel_status {
         c_interface::ObjectParams params;
         std::string error;
         const std::filesystem::path file = PathFromUtf8(path);
         if (file.empty() || !formats::ReadObjectParams(file, params, error)) {
             return OSTREL_BAD_FILE;
         }
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration, calibration.SetObjectParams(&params));
+        return SendObjectParams(*engine, params);
     });
 }
 
@@ -127,7 +158,7 @@ extern "C" ostrel_status ostrel_engine_get_object_params(ostrel_engine* engine,
     }
     return Guarded([&]() -> ostrel_status {
         c_interface::ObjectParams stored;
-        EngineOf(engine)->GetObjectParams(&stored);
+        engine->engine.GetObjectParams(&stored);
         c_interface::CopyObjectParams(stored, *params);
         return OSTREL_OK;
     });
@@ -138,7 +169,7 @@ extern "C" ostrel_status ostrel_engine_set_table_unit(ostrel_engine* engine, uin
         return OSTREL_BAD_ARGUMENT;
     }
     return Guarded([&]() -> ostrel_status {
-        EngineOf(engine)->setLUTTempType(static_cast<vz::ETempType>(unit));
+        engine->engine.setLUTTempType(static_cast<vz::ETempType>(unit));
         return OSTREL_OK;
     });
 }
@@ -148,7 +179,7 @@ extern "C" ostrel_status ostrel_engine_get_table_unit(ostrel_engine* engine, uin
         return OSTREL_BAD_ARGUMENT;
     }
     return Guarded([&]() -> ostrel_status {
-        *unit = static_cast<uint32_t>(EngineOf(engine)->lutTempType());
+        *unit = static_cast<uint32_t>(engine->engine.lutTempType());
         return OSTREL_OK;
     });
 }
@@ -163,7 +194,7 @@ extern "C" ostrel_status ostrel_engine_set_active_presets(ostrel_engine* engine,
         for (unsigned preset = 0; preset < vz::kPresetCount; ++preset) {
             flags[preset] = active[preset] != 0;
         }
-        EngineOf(engine)->SetActivePresets(flags);
+        engine->engine.SetActivePresets(flags);
         return OSTREL_OK;
     });
 }
@@ -173,8 +204,11 @@ extern "C" ostrel_status ostrel_temp_to_counts(ostrel_engine* engine, uint32_t p
     if (engine == nullptr || counts == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
+    return WithServer([&]() -> ostrel_status {
+        if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
+            return refusal;
+        }
+        vz::CBroadCal& calibration = engine->engine;
         unsigned short result = 0;
         const bool ok = calibration.TempToCounts(static_cast<unsigned char>(preset), temp, &result,
                                                  static_cast<vz::ETempType>(unit));
@@ -190,8 +224,11 @@ extern "C" ostrel_status ostrel_integration_time_range(ostrel_engine* engine, ui
     if (engine == nullptr || min_time == nullptr || max_time == nullptr || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
+    return WithServer([&]() -> ostrel_status {
+        if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
+            return refusal;
+        }
+        vz::CBroadCal& calibration = engine->engine;
         unsigned long low = 0, high = 0;
         const bool ok =
             calibration.GetIntegrationTimeRange(static_cast<unsigned char>(preset), low, high);
@@ -203,16 +240,23 @@ extern "C" ostrel_status ostrel_integration_time_range(ostrel_engine* engine, ui
     });
 }
 
+// A query: the preset converts afterwards as it did before.
 extern "C" ostrel_status ostrel_temp_range(ostrel_engine* engine, uint32_t preset,
                                            uint32_t integration_time, float* min_temp,
                                            float* max_temp) {
     if (engine == nullptr || min_temp == nullptr || max_temp == nullptr || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return Guarded([&]() -> ostrel_status {
-        vz::CBroadCal& calibration = *EngineOf(engine);
-        return EngineResult(calibration, calibration.GetTempRangeFromIntTime(
-                                             static_cast<unsigned char>(preset), integration_time,
-                                             *min_temp, *max_temp));
+    return WithServer([&]() -> ostrel_status {
+        if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
+            return refusal;
+        }
+        bool restored = true;
+        const bool ok = vz::TempRangeRestoringPreset(engine->engine,
+                                                     static_cast<unsigned char>(preset),
+                                                     integration_time, *min_temp, *max_temp,
+                                                     restored);
+        engine->presetLost[preset] = !restored;
+        return EngineResult(engine->engine, ok);
     });
 }

@@ -1,6 +1,10 @@
 #include <vz/handler.h>
 #include <vz/invoker.h>
 
+#include <memory>
+#include <mutex>
+#include <set>
+
 #include "boundary.h"
 
 namespace c_interface {
@@ -27,6 +31,21 @@ struct ostrel_subscription {
     c_interface::CallbackHandler handler;
 };
 
+namespace {
+
+// The tokens handed out and not yet ended, so that a stale or made-up one is refused rather than
+// freed. Made on first use: loading the library constructs nothing.
+struct LiveTokens {
+    std::mutex lock;
+    std::set<const ostrel_subscription*> tokens;
+};
+LiveTokens& Live() {
+    static LiveTokens live;
+    return live;
+}
+
+} // namespace
+
 extern "C" ostrel_status ostrel_attach_message_thread(void) {
     return c_interface::Guarded([]() -> ostrel_status {
         return vz::messageQueueInvoker.AttachToCurrentThread() ? OSTREL_OK : OSTREL_WRONG_THREAD;
@@ -45,22 +64,32 @@ extern "C" ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* 
         return OSTREL_BAD_ARGUMENT;
     }
     return c_interface::Guarded([&]() -> ostrel_status {
-        auto* subscription = new ostrel_subscription{{callback, context}};
+        auto subscription = std::make_unique<ostrel_subscription>(
+            ostrel_subscription{{callback, context}});
+        LiveTokens& live = Live();
+        const std::lock_guard lock(live.lock);
+        live.tokens.insert(subscription.get());
         if (!gOstrelEvents->mEvent.Attach(&subscription->handler)) {
-            delete subscription;
+            live.tokens.erase(subscription.get());
             return OSTREL_OUT_OF_MEMORY;
         }
-        *token = subscription;
+        *token = subscription.release();
         return OSTREL_OK;
     });
 }
 
 extern "C" ostrel_status ostrel_unsubscribe(ostrel_subscription* token) {
+    if (token == nullptr) {
+        return OSTREL_OK;
+    }
     return c_interface::Guarded([&]() -> ostrel_status {
-        if (token != nullptr) {
-            gOstrelEvents->mEvent.Detach(&token->handler);
-            delete token;
+        LiveTokens& live = Live();
+        const std::lock_guard lock(live.lock);
+        if (live.tokens.erase(token) == 0) {
+            return OSTREL_BAD_ARGUMENT;
         }
+        gOstrelEvents->mEvent.Detach(&token->handler);
+        delete token;
         return OSTREL_OK;
     });
 }

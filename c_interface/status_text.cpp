@@ -20,8 +20,12 @@ extern "C" const char* ostrel_status_text(ostrel_status status) {
     case OSTREL_OUT_OF_MEMORY:
         return "out of memory";
     case OSTREL_WRONG_THREAD:
-        return "not on this thread: a first connection from a thread in the multithreaded "
-               "apartment, or the message thread attached twice or detached elsewhere";
+        return "not on this thread: call CoInitializeEx on it first (a single-threaded "
+               "apartment for a first connection), or the message thread was attached twice "
+               "or detached elsewhere";
+    case OSTREL_RELOAD_NEEDED:
+        return "the preset's factory calibration or the object parameters failed to load: set "
+               "them again before converting";
     }
     return "unknown status";
 }

@@ -1,7 +1,6 @@
 #include "broadcal_state.h"
 #include "broadcal_steps.h"
 #include "calibration_service.h"
-#include "lut_bounds.h"
 
 namespace vz {
 
@@ -64,13 +63,12 @@ bool CBroadCal::SetObjectParams(reduce::CObjectParametersReduceObject* params) {
         state.objectParams = *params;
         return true;
     }
-    const float factorA = params->objFactorA == 0.0f ? 1.0f : params->objFactorA;
-    const float factorB = params->objFactorB == 0.0f ? 1.0f : params->objFactorB;
-    const float tempA = KelvinLimitToCelsius(params->objTempA);
-    const float tempB = KelvinLimitToCelsius(params->objTempB);
+    // Until all four objects hold the new values, what the objects hold is not what was sent:
+    // a failure part of the way must not leave the old values counted as sent.
+    state.objectParamsSent = false;
     for (unsigned p = 0; p < kPresetCount; ++p) {
         state.lutDirty[p] = true;
-        if (!service::SetObjectParams(state.calibration[p], factorA, tempA, factorB, tempB)) {
+        if (!service::SetObjectParams(state.calibration[p], *params)) {
             return false;
         }
     }

@@ -36,4 +36,15 @@ bool EnsureBuffers(BroadCalState& state);
 // A failed rebuild leaves it dirty, to be tried again on the next use.
 bool UpdateLut(BroadCalState& state, unsigned char preset);
 
+// How a range query treats the server calls that reload the preset's object for the queried
+// integration time. kLenient ignores their results and scans the table in the LUT unit, as
+// CBroadCal::GetTempRangeFromIntTime does; kStrict fails when one fails, and scans a table built
+// in Celsius, the unit of the range.
+enum class RangeMode { kLenient, kStrict };
+
+// The temperature range the preset covers at integration time intTime. Leaves the preset's object
+// loaded for intTime and its LUT dirty or built for it.
+bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime,
+                 RangeMode mode, float& minTemp, float& maxTemp);
+
 } // namespace vz

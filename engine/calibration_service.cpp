@@ -1,5 +1,7 @@
 #include "calibration_service.h"
 
+#include "lut_bounds.h"
+
 namespace vz::service {
 namespace {
 
@@ -52,10 +54,13 @@ bool SetAux(COstrelCal& cal, float aux) {
         cal, [&](IOsCalibration& object, BOOL* ok) { return object.CalSetAux(aux, ok); });
 }
 
-bool SetObjectParams(COstrelCal& cal, float factorA, float tempACelsius, float factorB,
-                     float tempBCelsius) {
+bool SetObjectParams(COstrelCal& cal, const reduce::CObjectParametersReduceObject& params) {
+    const float factorA = params.objFactorA == 0.0f ? 1.0f : params.objFactorA;
+    const float factorB = params.objFactorB == 0.0f ? 1.0f : params.objFactorB;
+    const float tempA = KelvinLimitToCelsius(params.objTempA);
+    const float tempB = KelvinLimitToCelsius(params.objTempB);
     return CallWithFlag(cal, [&](IOsCalibration& object, BOOL* ok) {
-        return object.CalSetObjectParams(factorA, tempACelsius, factorB, tempBCelsius, kMode, ok);
+        return object.CalSetObjectParams(factorA, tempA, factorB, tempB, kMode, ok);
     });
 }
 

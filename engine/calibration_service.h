@@ -13,9 +13,8 @@ bool LoadFactory(COstrelCal& cal, const reduce::CQuilloFactoryCalReduceObject& r
 // integrationTime truncated toward zero.
 bool SetIntegrationTime(COstrelCal& cal, float integrationTime);
 bool SetAux(COstrelCal& cal, float aux);
-// factors as sent (the caller maps 0 to 1), temperatures in Celsius.
-bool SetObjectParams(COstrelCal& cal, float factorA, float tempACelsius, float factorB,
-                     float tempBCelsius);
+// The two ratios (0 sent as 1) and the two temperatures (sent in Celsius).
+bool SetObjectParams(COstrelCal& cal, const reduce::CObjectParametersReduceObject& params);
 // Fills the temperature buffer named tempBuffer from the counts buffer named countsBuffer.
 bool ComputeLut(COstrelCal& cal, BSTR countsBuffer, BSTR tempBuffer);
 bool TempToCounts(COstrelCal& cal, float tempCelsius, unsigned short* counts);

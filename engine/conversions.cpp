@@ -90,23 +90,34 @@ float SnapToZero(float value) {
 
 } // namespace
 
-bool CBroadCal::GetTempRangeFromIntTime(unsigned char preset, unsigned long intTime, float& minTemp,
-                                        float& maxTemp) {
-    BroadCalState& state = *mState;
+bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime,
+                 RangeMode mode, float& minTemp, float& maxTemp) {
     if (!EnsureService(state)) {
         return false;
     }
+    const bool strict = mode == RangeMode::kStrict;
     reduce::CQuilloFactoryCalReduceObject working = state.factoryCal[preset];
     working.integrationTime = static_cast<float>(intTime);
-    // The object is reloaded for the queried time whatever it answers; the rebuilt table below
-    // is the judge.
+    // Leniently, the object is reloaded for the queried time whatever it answers, and the rebuilt
+    // table is the judge.
     COstrelCal& cal = state.calibration[preset];
-    service::IsReady(cal);
-    service::LoadFactory(cal, working);
-    service::SetIntegrationTime(cal, working.integrationTime);
-    service::SetAux(cal, working.calAux);
+    bool reloaded = service::IsReady(cal);
+    reloaded = service::LoadFactory(cal, working) && reloaded;
+    reloaded = service::SetIntegrationTime(cal, working.integrationTime) && reloaded;
+    reloaded = service::SetAux(cal, working.calAux) && reloaded;
+    if (strict && !reloaded) {
+        return false;
+    }
     state.lutDirty[preset] = true;
-    if (!UpdateLut(state, preset)) {
+    // Strictly, the table is built in Celsius, the unit of the limits below; the caller has the
+    // preset's table rebuilt afterwards.
+    const ETempType unit = state.lutTempType;
+    if (strict) {
+        state.lutTempType = eCelsius;
+    }
+    const bool built = UpdateLut(state, preset);
+    state.lutTempType = unit;
+    if (!built) {
         return false;
     }
 
@@ -130,6 +141,11 @@ bool CBroadCal::GetTempRangeFromIntTime(unsigned char preset, unsigned long intT
     minTemp = SnapToZero(lowest);
     maxTemp = SnapToZero(highest);
     return true;
+}
+
+bool CBroadCal::GetTempRangeFromIntTime(unsigned char preset, unsigned long intTime, float& minTemp,
+                                        float& maxTemp) {
+    return TempRangeAt(*mState, preset, intTime, RangeMode::kLenient, minTemp, maxTemp);
 }
 
 } // namespace vz

@@ -1,6 +1,8 @@
 #include <cstdlib>
 #include <string>
 
+#include <windows.h>
+
 #include "broadcal_steps.h"
 
 namespace vz {
@@ -10,10 +12,21 @@ constexpr wchar_t kCountsBufferBase[] = L"Calorvue<->Ostrel CountsConvBuffer";
 constexpr wchar_t kTempBufferBase[] = L"Calorvue<->Ostrel TempConvBuffer";
 constexpr int kNameAttempts = 10000;
 
+// The C runtime keeps one unseeded sequence per thread, so without a seed every thread and every
+// process would try the same numbers in the same order and meet each other's names.
+void SeedThisThreadOnce() {
+    thread_local bool seeded = false;
+    if (!seeded) {
+        std::srand(GetCurrentThreadId() * 2654435761u ^ GetCurrentProcessId() * 40503u ^
+                   GetTickCount());
+        seeded = true;
+    }
+}
+
 // Names follow the base name with one more random number appended for every name found taken.
 class MappingNames {
 public:
-    explicit MappingNames(const wchar_t* base) : mName(base) {}
+    explicit MappingNames(const wchar_t* base) : mName(base) { SeedThisThreadOnce(); }
     const std::wstring& Current() const { return mName; }
     // The next name; false when the attempts are used up.
     bool Next() {
@@ -42,14 +55,20 @@ bool CreateSharedBuffer(const wchar_t* base, owners::UniqueHandle& mapping,
         }
         mapping.reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                          kLutSize * sizeof(T), names.Current().c_str()));
+        const DWORD why = GetLastError();
         // The call reports failure with null; an invalid handle is refused all the same.
-        if (mapping && mapping.get() != INVALID_HANDLE_VALUE) {
+        const bool created = mapping && mapping.get() != INVALID_HANDLE_VALUE;
+        // Another engine, here or in another process, may have taken the name since we looked:
+        // then the call opens its mapping, which must never become ours.
+        if (created && why != ERROR_ALREADY_EXISTS) {
             break;
         }
+        mapping.reset();
         // A name held by another kind of object, or by a mapping we may not open, is taken
         // as surely as by a mapping we can open.
-        const DWORD why = GetLastError();
-        if ((why != ERROR_INVALID_HANDLE && why != ERROR_ACCESS_DENIED) || !names.Next()) {
+        const bool nameTaken = why == ERROR_ALREADY_EXISTS || why == ERROR_INVALID_HANDLE ||
+                               why == ERROR_ACCESS_DENIED;
+        if (!nameTaken || !names.Next()) {
             return false;
         }
     }

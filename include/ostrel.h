@@ -283,6 +283,7 @@ public:
                                  float& maxTemp);
 
 private:
+    friend struct BroadCalAccess;
     BroadCalState* mState;
 };
 

@@ -29,7 +29,10 @@ enum {
     OSTREL_NOT_READY = 5,          /* the server's calibration service is not available */
     OSTREL_BAD_FILE = 6,           /* a record file can't be read or is malformed */
     OSTREL_OUT_OF_MEMORY = 7,
-    OSTREL_WRONG_THREAD = 8 /* not on this thread: see the function */
+    OSTREL_WRONG_THREAD = 8, /* not on this thread: see the function, and the thread rules in
+                                docs/c-api.md (initialise COM on each thread you call from) */
+    OSTREL_RELOAD_NEEDED = 9 /* the preset's last factory calibration, or the last object
+                                parameters, failed to load: set them again */
 };
 
 /* The status's English text, for messages; never null. */
@@ -127,15 +130,23 @@ OSTREL_C_API ostrel_status ostrel_server_version(uint32_t* major, uint32_t* mino
 /* ---- The calibration engine --------------------------------------------------------------- */
 
 /* An engine: four presets, each with a factory calibration and a look-up table the server
-   computes. Use an engine on one thread at a time; destroy it on the thread that loaded it. */
+   computes. Use an engine on one thread at a time and destroy it on the thread that loaded it;
+   engines on different threads may be created, used and destroyed at the same time. A thread
+   that reaches the server (loads, table rebuilds, queries) must have initialised COM, unless it
+   is the first one the library uses: otherwise OSTREL_WRONG_THREAD.
+   Every OSTREL_OK answer is the one a new engine, given the same records, parameters, units and
+   active presets, would give. When a call that changes a preset's server object fails part of
+   the way, the preset answers OSTREL_RELOAD_NEEDED (and nothing else) until it is set again. */
 typedef struct ostrel_engine ostrel_engine;
 
 OSTREL_C_API ostrel_status ostrel_engine_create(ostrel_engine** engine);
 /* A null engine is ignored. */
 OSTREL_C_API ostrel_status ostrel_engine_destroy(ostrel_engine* engine);
 
-/* Loads a preset's factory calibration into a new server object; on failure the preset keeps
-   what it held before. */
+/* Loads a preset's factory calibration into a new server object, with the object parameters
+   set before, if any. On failure the preset's conversions and queries answer
+   OSTREL_RELOAD_NEEDED until a load of that preset succeeds (OSTREL_NOT_READY failures, which
+   reach no server object, excepted). */
 OSTREL_C_API ostrel_status ostrel_engine_set_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                          const ostrel_factory_cal* record);
 /* The same from a record file of "name = value" lines, named in UTF-8. */
@@ -144,7 +155,9 @@ OSTREL_C_API ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine,
 OSTREL_C_API ostrel_status ostrel_engine_get_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                          ostrel_factory_cal* record);
 
-/* The object parameters, sent to every preset's server object. */
+/* The object parameters, sent to every preset's server object, and to the object of every
+   preset loaded later. On failure every preset answers OSTREL_RELOAD_NEEDED until a set of the
+   object parameters succeeds. */
 OSTREL_C_API ostrel_status ostrel_engine_set_object_params(ostrel_engine* engine,
                                                            const ostrel_object_params* params);
 OSTREL_C_API ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine,
@@ -157,7 +170,8 @@ OSTREL_C_API ostrel_status ostrel_engine_set_table_unit(ostrel_engine* engine, u
 OSTREL_C_API ostrel_status ostrel_engine_get_table_unit(ostrel_engine* engine, uint32_t* unit);
 
 /* The presets the per-pixel and keyed conversions bring up to date: active[p] non-zero for
-   preset p (all four active unless set). */
+   preset p (all four active unless set, so that those conversions fail until all four are
+   loaded). Name only active presets in preset maps and key tables. */
 OSTREL_C_API ostrel_status ostrel_engine_set_active_presets(ostrel_engine* engine,
                                                             const uint8_t active[4]);
 
@@ -196,7 +210,8 @@ OSTREL_C_API ostrel_status ostrel_temp_to_counts(ostrel_engine* engine, uint32_t
 /* The integration times (microseconds) at the two ends of the preset's calibrated range. */
 OSTREL_C_API ostrel_status ostrel_integration_time_range(ostrel_engine* engine, uint32_t preset,
                                                          uint32_t* min_time, uint32_t* max_time);
-/* The temperatures (Celsius) the preset covers at an integration time. */
+/* The temperatures (Celsius, whatever the table unit) the preset covers at an integration time.
+   A query: the preset converts afterwards exactly as before. */
 OSTREL_C_API ostrel_status ostrel_temp_range(ostrel_engine* engine, uint32_t preset,
                                              uint32_t integration_time, float* min_temp,
                                              float* max_temp);
@@ -215,7 +230,8 @@ OSTREL_C_API ostrel_status ostrel_attach_message_thread(void);
 OSTREL_C_API ostrel_status ostrel_detach_message_thread(void);
 
 /* The token ends the subscription with ostrel_unsubscribe, which must not run while a callback
-   of the subscription is running on another thread. */
+   of the subscription is running on another thread. A token that is not live (already
+   unsubscribed, or never given) gets OSTREL_BAD_ARGUMENT. */
 OSTREL_C_API ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* context,
                                             ostrel_subscription** token);
 /* A null token is ignored. */

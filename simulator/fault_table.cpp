@@ -11,6 +11,8 @@ constexpr ULONG kSlotCount = kSlotIntegrationTimeAt + 1;
 
 // Calls arrive on the server's one apartment thread; atomics keep it safe if that changes.
 std::array<std::atomic<LONG>, kSlotCount> gFaults{};
+// Calls of each slot that still succeed before its fault takes effect.
+std::array<std::atomic<ULONG>, kSlotCount> gPasses{};
 
 bool IsFaultableSlot(ULONG slot) {
     switch (slot) {
@@ -31,16 +33,22 @@ bool IsFaultableSlot(ULONG slot) {
 
 } // namespace
 
-HRESULT SetSlotFault(ULONG slot, LONG mode) {
+HRESULT SetSlotFault(ULONG slot, LONG mode, ULONG passes) {
     if (!IsFaultableSlot(slot) || mode < kFaultNone || mode > kFaultNotOk) {
         return E_INVALIDARG;
     }
+    gPasses[slot] = passes;
     gFaults[slot] = mode;
     return S_OK;
 }
 
 std::optional<HRESULT> InjectedFault(OsCalibrationSlot slot, BOOL* ok) {
-    switch (gFaults[slot].load()) {
+    const LONG mode = gFaults[slot].load();
+    if (mode != kFaultNone && gPasses[slot] > 0) {
+        --gPasses[slot];
+        return std::nullopt;
+    }
+    switch (mode) {
     case kFaultFail:
         return E_FAIL;
     case kFaultNotOk:

@@ -18,7 +18,11 @@ HRESULT SimulatorControl::ProcessId(ULONG* pid) {
 }
 
 HRESULT SimulatorControl::SetFault(ULONG slot, LONG mode) {
-    return SetSlotFault(slot, mode);
+    return SetSlotFault(slot, mode, 0);
+}
+
+HRESULT SimulatorControl::SetFaultAfter(ULONG slot, LONG mode, ULONG passes) {
+    return SetSlotFault(slot, mode, passes);
 }
 
 } // namespace camsim

@@ -11,6 +11,7 @@ public:
     HRESULT STDMETHODCALLTYPE PostEvent(ULONGLONG value) override;
     HRESULT STDMETHODCALLTYPE ProcessId(ULONG* pid) override;
     HRESULT STDMETHODCALLTYPE SetFault(ULONG slot, LONG mode) override;
+    HRESULT STDMETHODCALLTYPE SetFaultAfter(ULONG slot, LONG mode, ULONG passes) override;
 
 protected:
     ~SimulatorControl() = default;
