@@ -109,10 +109,9 @@ extern "C" ostrel_status ostrel_convert_keyed(ostrel_engine* engine, const uint3
     }
     static_assert(sizeof(unsigned long) == sizeof(uint32_t), "keys are 32-bit on Windows");
     return ThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
-        return calibration.CountsToTemp(Input(in, in_type),
-                                        reinterpret_cast<const unsigned long*>(pixel_keys),
-                                        key_to_preset, {out, out_type}, n, status,
-                                        static_cast<vz::ETempType>(unit));
+        return calibration.CountsToTemp(
+            Input(in, in_type), reinterpret_cast<const unsigned long*>(pixel_keys), key_to_preset,
+            {out, out_type}, n, status, static_cast<vz::ETempType>(unit));
     });
 }
 

@@ -52,7 +52,8 @@ ostrel_status LoadPreset(ostrel_engine& handle, std::uint32_t preset,
 // Sends object parameters to every preset's object; until a set succeeds in full, every preset
 // is refused.
 ostrel_status SendObjectParams(ostrel_engine& handle, c_interface::ObjectParams& params) {
-    const ostrel_status status = EngineResult(handle.engine, handle.engine.SetObjectParams(&params));
+    const ostrel_status status =
+        EngineResult(handle.engine, handle.engine.SetObjectParams(&params));
     handle.paramsSet = handle.paramsSet || status == OSTREL_OK;
     handle.paramsLost = status != OSTREL_OK && status != OSTREL_NOT_READY;
     return status;
@@ -252,10 +253,9 @@ extern "C" ostrel_status ostrel_temp_range(ostrel_engine* engine, uint32_t prese
             return refusal;
         }
         bool restored = true;
-        const bool ok = vz::TempRangeRestoringPreset(engine->engine,
-                                                     static_cast<unsigned char>(preset),
-                                                     integration_time, *min_temp, *max_temp,
-                                                     restored);
+        const bool ok =
+            vz::TempRangeRestoringPreset(engine->engine, static_cast<unsigned char>(preset),
+                                         integration_time, *min_temp, *max_temp, restored);
         engine->presetLost[preset] = !restored;
         return EngineResult(engine->engine, ok);
     });

@@ -64,8 +64,8 @@ extern "C" ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* 
         return OSTREL_BAD_ARGUMENT;
     }
     return c_interface::Guarded([&]() -> ostrel_status {
-        auto subscription = std::make_unique<ostrel_subscription>(
-            ostrel_subscription{{callback, context}});
+        auto subscription =
+            std::make_unique<ostrel_subscription>(ostrel_subscription{{callback, context}});
         LiveTokens& live = Live();
         const std::lock_guard lock(live.lock);
         live.tokens.insert(subscription.get());

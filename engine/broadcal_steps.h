@@ -44,7 +44,7 @@ enum class RangeMode { kLenient, kStrict };
 
 // The temperature range the preset covers at integration time intTime. Leaves the preset's object
 // loaded for intTime and its LUT dirty or built for it.
-bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime,
-                 RangeMode mode, float& minTemp, float& maxTemp);
+bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime, RangeMode mode,
+                 float& minTemp, float& maxTemp);
 
 } // namespace vz

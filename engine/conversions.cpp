@@ -90,8 +90,8 @@ float SnapToZero(float value) {
 
 } // namespace
 
-bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime,
-                 RangeMode mode, float& minTemp, float& maxTemp) {
+bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTime, RangeMode mode,
+                 float& minTemp, float& maxTemp) {
     if (!EnsureService(state)) {
         return false;
     }

@@ -7,8 +7,8 @@
 
 #include <functional>
 #include <optional>
-#include <stdexcept>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -39,8 +39,7 @@ struct Call {
 Call SetRecord(std::uint32_t preset, const ostrel_factory_cal& record, const char* which) {
     return {"record " + std::string(which) + " into preset " + std::to_string(preset),
             [=](ostrel_engine* e) { return ostrel_engine_set_factory_cal(e, preset, &record); },
-            [=](HostState& s) { s.records[preset] = record; },
-            std::nullopt};
+            [=](HostState& s) { s.records[preset] = record; }, std::nullopt};
 }
 
 Call SetParams(const ostrel_object_params& params, const char* which) {
@@ -157,8 +156,8 @@ protected:
         }
         std::vector<std::uint8_t> expected;
         ASSERT_EQ(mReferences.For(state).Answer(query, expected), OSTREL_OK) << query.name;
-        EXPECT_EQ(answer, expected) << query.name << " answered OSTREL_OK, but wrongly, after "
-                                    << context;
+        EXPECT_EQ(answer, expected)
+            << query.name << " answered OSTREL_OK, but wrongly, after " << context;
         ++mCompared;
     }
 

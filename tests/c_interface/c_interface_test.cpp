@@ -139,10 +139,12 @@ TEST_F(CInterface, ResultsAreThoseOfTheCppCalls) {
     vz::CBroadCal engine;
     vz::reduce::CQuilloFactoryCalReduceObject record;
     vz::reduce::CObjectParametersReduceObject params;
-    ASSERT_EQ(ostrel_engine_get_factory_cal(mEngine, 0, reinterpret_cast<ostrel_factory_cal*>(&record)),
-              OSTREL_OK);
-    ASSERT_EQ(ostrel_engine_get_object_params(mEngine, reinterpret_cast<ostrel_object_params*>(&params)),
-              OSTREL_OK);
+    ASSERT_EQ(
+        ostrel_engine_get_factory_cal(mEngine, 0, reinterpret_cast<ostrel_factory_cal*>(&record)),
+        OSTREL_OK);
+    ASSERT_EQ(
+        ostrel_engine_get_object_params(mEngine, reinterpret_cast<ostrel_object_params*>(&params)),
+        OSTREL_OK);
     ASSERT_TRUE(engine.SetBroadCal(0, &record) && engine.SetObjectParams(&params));
     std::uint16_t counts[5] = {0, 12000, 30000, 45000, 65535};
     double viaC[5] = {}, viaCpp[5] = {};

@@ -45,7 +45,8 @@ Engine::~Engine() {
 ostrel_status Apply(ostrel_engine* engine, const HostState& state) {
     for (std::uint32_t p = 0; p < 4; ++p) {
         if (state.records[p]) {
-            if (const ostrel_status s = ostrel_engine_set_factory_cal(engine, p, &*state.records[p])) {
+            if (const ostrel_status s =
+                    ostrel_engine_set_factory_cal(engine, p, &*state.records[p])) {
                 return s;
             }
         }
@@ -80,40 +81,38 @@ std::vector<Query> QueriesFor(const HostState& state) {
                                Append(a, status.data(), status.size());
                                return s;
                            }});
-        queries.push_back({"count 28800 in F" + preset,
-                           [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
-                               float temp = 0;
-                               std::uint8_t status = 9;
-                               const ostrel_status s = ostrel_counts_to_temp(
-                                   e, p, 28800, &temp, &status, OSTREL_FAHRENHEIT);
-                               Append(a, &temp, 1);
-                               Append(a, &status, 1);
-                               return s;
-                           }});
-        queries.push_back({"30 C as counts" + preset,
-                           [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
-                               std::uint16_t counts = 0;
-                               const ostrel_status s =
-                                   ostrel_temp_to_counts(e, p, 30.0f, OSTREL_CELSIUS, &counts);
-                               Append(a, &counts, 1);
-                               return s;
-                           }});
-        queries.push_back({"integration times" + preset,
-                           [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
-                               std::uint32_t times[2] = {};
-                               const ostrel_status s =
-                                   ostrel_integration_time_range(e, p, &times[0], &times[1]);
-                               Append(a, times, 2);
-                               return s;
-                           }});
-        queries.push_back({"range at 5000 us" + preset,
-                           [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
-                               float range[2] = {};
-                               const ostrel_status s =
-                                   ostrel_temp_range(e, p, 5000, &range[0], &range[1]);
-                               Append(a, range, 2);
-                               return s;
-                           }});
+        queries.push_back(
+            {"count 28800 in F" + preset, [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
+                 float temp = 0;
+                 std::uint8_t status = 9;
+                 const ostrel_status s =
+                     ostrel_counts_to_temp(e, p, 28800, &temp, &status, OSTREL_FAHRENHEIT);
+                 Append(a, &temp, 1);
+                 Append(a, &status, 1);
+                 return s;
+             }});
+        queries.push_back(
+            {"30 C as counts" + preset, [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
+                 std::uint16_t counts = 0;
+                 const ostrel_status s =
+                     ostrel_temp_to_counts(e, p, 30.0f, OSTREL_CELSIUS, &counts);
+                 Append(a, &counts, 1);
+                 return s;
+             }});
+        queries.push_back(
+            {"integration times" + preset, [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
+                 std::uint32_t times[2] = {};
+                 const ostrel_status s = ostrel_integration_time_range(e, p, &times[0], &times[1]);
+                 Append(a, times, 2);
+                 return s;
+             }});
+        queries.push_back(
+            {"range at 5000 us" + preset, [p](ostrel_engine* e, std::vector<std::uint8_t>& a) {
+                 float range[2] = {};
+                 const ostrel_status s = ostrel_temp_range(e, p, 5000, &range[0], &range[1]);
+                 Append(a, range, 2);
+                 return s;
+             }});
     }
     if (AllActiveAndLoaded(state)) {
         queries.push_back({"frame per pixel", [](ostrel_engine* e, std::vector<std::uint8_t>& a) {
@@ -125,8 +124,8 @@ std::vector<Query> QueriesFor(const HostState& state) {
                                std::vector<double> out(in.size());
                                const ostrel_status s = ostrel_convert_mapped(
                                    e, map.data(), in.data(), OSTREL_UINT16, out.data(),
-                                   OSTREL_DOUBLE, static_cast<std::uint32_t>(in.size()),
-                                   nullptr, OSTREL_KELVIN);
+                                   OSTREL_DOUBLE, static_cast<std::uint32_t>(in.size()), nullptr,
+                                   OSTREL_KELVIN);
                                Append(a, out.data(), out.size());
                                return s;
                            }});
@@ -175,9 +174,10 @@ const Samples& LoadSamples() {
     static const Samples samples = [] {
         Samples loaded{};
         Engine engine;
-        if (ostrel_engine_load_factory_cal(engine.get(), 0, OSTREL_SAMPLES_DIR "/factory_cal.txt") ||
-            ostrel_engine_load_object_params(engine.get(), OSTREL_SAMPLES_DIR
-                                             "/object_params.txt") ||
+        if (ostrel_engine_load_factory_cal(engine.get(), 0,
+                                           OSTREL_SAMPLES_DIR "/factory_cal.txt") ||
+            ostrel_engine_load_object_params(engine.get(),
+                                             OSTREL_SAMPLES_DIR "/object_params.txt") ||
             ostrel_engine_get_factory_cal(engine.get(), 0, &loaded.recordA) ||
             ostrel_engine_get_object_params(engine.get(), &loaded.paramsA)) {
             throw std::runtime_error("the samples don't load: is the simulator registered?");
