@@ -23,8 +23,8 @@ using host_state::Engine;
 using host_state::HostState;
 
 constexpr unsigned kThreads = 4;
-constexpr unsigned kRounds = 4;
-constexpr unsigned kFrames = 12;
+constexpr unsigned kRounds = 10;
+constexpr unsigned kFrames = 6;
 
 // A 160x120 frame across the calibrated range, converted through preset 0 with status bytes.
 std::vector<std::uint8_t> ConvertFrame(ostrel_engine* engine, ostrel_status& status) {
@@ -66,8 +66,9 @@ TEST(CInterfaceThreads, EnginesComeAndGoOnFourThreadsWhileTheApartmentDoes) {
         expected.push_back(ConvertFrame(engine.get(), status));
         ASSERT_EQ(status, OSTREL_OK);
     }
+    // Per round: all make their engines at once, all destroy them at once, all are done.
     std::vector<std::unique_ptr<threading::Rendezvous>> gates;
-    for (unsigned g = 0; g < 2 * kRounds; ++g) {
+    for (unsigned g = 0; g < 3 * kRounds; ++g) {
         gates.push_back(std::make_unique<threading::Rendezvous>(kThreads));
     }
     std::atomic<unsigned> failed{0}, wrong{0}, converted{0};
@@ -78,23 +79,23 @@ TEST(CInterfaceThreads, EnginesComeAndGoOnFourThreadsWhileTheApartmentDoes) {
             CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
             const HostState state = StateOfThread(t);
             for (unsigned round = 0; round < kRounds; ++round) {
-                gates[2 * round]->ArriveAndWait();
-                {
-                    Engine engine;
-                    failed += host_state::Apply(engine.get(), state) != OSTREL_OK;
-                    for (unsigned frame = 0; frame < kFrames; ++frame) {
-                        if (frame % 4 == 3) {
-                            ostrel_engine_set_table_unit(engine.get(), (state.unit + 1) % 4);
-                            ostrel_engine_set_table_unit(engine.get(), state.unit);
-                        }
-                        ostrel_status status = OSTREL_OK;
-                        const std::vector<std::uint8_t> answer = ConvertFrame(engine.get(), status);
-                        failed += status != OSTREL_OK;
-                        wrong += status == OSTREL_OK && answer != expected[t];
-                        ++converted;
+                gates[3 * round]->ArriveAndWait();
+                auto engine = std::make_unique<Engine>();
+                failed += host_state::Apply(engine->get(), state) != OSTREL_OK;
+                for (unsigned frame = 0; frame < kFrames; ++frame) {
+                    if (frame % 3 == 2) {
+                        ostrel_engine_set_table_unit(engine->get(), (state.unit + 1) % 4);
+                        ostrel_engine_set_table_unit(engine->get(), state.unit);
                     }
+                    ostrel_status status = OSTREL_OK;
+                    const std::vector<std::uint8_t> answer = ConvertFrame(engine->get(), status);
+                    failed += status != OSTREL_OK;
+                    wrong += status == OSTREL_OK && answer != expected[t];
+                    ++converted;
                 }
-                gates[2 * round + 1]->ArriveAndWait();
+                gates[3 * round + 1]->ArriveAndWait();
+                engine.reset();
+                gates[3 * round + 2]->ArriveAndWait();
             }
             // The host's own initialisation is still there, and only it.
             keptApartment += ThreadHasApartment();
