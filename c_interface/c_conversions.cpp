@@ -24,41 +24,26 @@ vz::STypedData Input(const void* in, uint32_t type) {
     return {const_cast<void*>(in), type};
 }
 
-// Converts through one preset: its table is brought up to date in a server session, and the
-// look-up itself runs outside one, so that conversions on several threads never wait for each
-// other.
+// Converts through the presets marked in `through`, refused while one of them is. Their tables
+// are brought up to date in a server session; the look-up itself runs outside one, so that
+// conversions on several threads never wait for each other.
 template <class Convert>
-ostrel_status ThroughPreset(ostrel_engine& handle, uint32_t preset, Convert convert) {
+ostrel_status ConvertThrough(ostrel_engine& handle, const bool (&through)[vz::kPresetCount],
+                             Convert convert) {
     vz::CBroadCal& engine = handle.engine;
-    const auto p = static_cast<unsigned char>(preset);
-    if (const ostrel_status refusal = PresetRefusal(handle, preset)) {
-        return refusal;
-    }
-    if (!vz::IsLutCurrent(engine, p)) {
-        if (const ostrel_status refreshed = WithServer(
-                [&]() -> ostrel_status { return EngineResult(engine, engine.UpdateLUT(p)); })) {
-            return refreshed;
-        }
-    }
-    return Guarded([&]() -> ostrel_status { return EngineResult(engine, convert(engine)); });
-}
-
-// Converts through the active presets, as ThroughPreset does through one.
-template <class Convert>
-ostrel_status ThroughActivePresets(ostrel_engine& handle, Convert convert) {
-    vz::CBroadCal& engine = handle.engine;
-    for (unsigned p = 0; p < vz::kPresetCount; ++p) {
-        if (vz::IsPresetActive(engine, static_cast<unsigned char>(p))) {
+    bool current = true;
+    for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
+        if (through[p]) {
             if (const ostrel_status refusal = PresetRefusal(handle, p)) {
                 return refusal;
             }
+            current = current && vz::IsLutCurrent(engine, p);
         }
     }
-    if (!vz::AreActiveLutsCurrent(engine)) {
+    if (!current) {
         if (const ostrel_status refreshed = WithServer([&]() -> ostrel_status {
-                for (unsigned p = 0; p < vz::kPresetCount; ++p) {
-                    const auto preset = static_cast<unsigned char>(p);
-                    if (vz::IsPresetActive(engine, preset) && !engine.UpdateLUT(preset)) {
+                for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
+                    if (through[p] && !engine.UpdateLUT(p)) {
                         return EngineResult(engine, false);
                     }
                 }
@@ -70,6 +55,23 @@ ostrel_status ThroughActivePresets(ostrel_engine& handle, Convert convert) {
     return Guarded([&]() -> ostrel_status { return EngineResult(engine, convert(engine)); });
 }
 
+template <class Convert>
+ostrel_status ConvertThroughPreset(ostrel_engine& handle, uint32_t preset, Convert convert) {
+    bool through[vz::kPresetCount] = {};
+    through[preset] = true;
+    return ConvertThrough(handle, through, convert);
+}
+
+// The per-pixel and keyed conversions bring the active presets up to date.
+template <class Convert>
+ostrel_status ConvertThroughActivePresets(ostrel_engine& handle, Convert convert) {
+    bool through[vz::kPresetCount];
+    for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
+        through[p] = vz::IsPresetActive(handle.engine, p);
+    }
+    return ConvertThrough(handle, through, convert);
+}
+
 } // namespace
 
 extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t preset,
@@ -79,7 +81,7 @@ extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t 
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || !ValidPreset(preset)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return ThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(static_cast<unsigned char>(preset), Input(in, in_type),
                                         {out, out_type}, n, status,
                                         static_cast<vz::ETempType>(unit));
@@ -93,7 +95,7 @@ extern "C" ostrel_status ostrel_convert_mapped(ostrel_engine* engine, const uint
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || preset_map == nullptr) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return ThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(Input(in, in_type), preset_map, {out, out_type}, n, status,
                                         static_cast<vz::ETempType>(unit));
     });
@@ -108,7 +110,7 @@ extern "C" ostrel_status ostrel_convert_keyed(ostrel_engine* engine, const uint3
         return OSTREL_BAD_ARGUMENT;
     }
     static_assert(sizeof(unsigned long) == sizeof(uint32_t), "keys are 32-bit on Windows");
-    return ThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(
             Input(in, in_type), reinterpret_cast<const unsigned long*>(pixel_keys), key_to_preset,
             {out, out_type}, n, status, static_cast<vz::ETempType>(unit));
@@ -121,7 +123,7 @@ extern "C" ostrel_status ostrel_counts_to_temp(ostrel_engine* engine, uint32_t p
     if (engine == nullptr || temp == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
         return OSTREL_BAD_ARGUMENT;
     }
-    return ThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(static_cast<unsigned char>(preset), counts, temp, status,
                                         static_cast<vz::ETempType>(unit));
     });

@@ -5,6 +5,12 @@
 #include "calibration_service.h"
 
 namespace vz {
+
+// The engine's friend: its state, for the functions below.
+struct BroadCalAccess {
+    static BroadCalState& State(CBroadCal& engine) { return *engine.mState; }
+};
+
 namespace {
 
 // Loads the preset's object with what the engine holds for it, as SetBroadCal and
@@ -27,15 +33,6 @@ bool IsLutCurrent(CBroadCal& engine, unsigned char preset) {
 
 bool IsPresetActive(CBroadCal& engine, unsigned char preset) {
     return BroadCalAccess::State(engine).activePresets[preset];
-}
-
-bool AreActiveLutsCurrent(CBroadCal& engine) {
-    for (unsigned char p = 0; p < kPresetCount; ++p) {
-        if (IsPresetActive(engine, p) && !IsLutCurrent(engine, p)) {
-            return false;
-        }
-    }
-    return true;
 }
 
 bool TempRangeRestoringPreset(CBroadCal& engine, unsigned char preset, unsigned long intTime,

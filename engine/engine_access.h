@@ -7,16 +7,10 @@
 
 namespace vz {
 
-struct BroadCalAccess {
-    static BroadCalState& State(CBroadCal& engine) { return *engine.mState; }
-};
-
 // Whether converting through the preset needs no server call: its table is current.
 bool IsLutCurrent(CBroadCal& engine, unsigned char preset);
 // Whether the per-pixel and keyed conversions refresh the preset's table (SetActivePresets).
 bool IsPresetActive(CBroadCal& engine, unsigned char preset);
-// Whether every active preset's table is current.
-bool AreActiveLutsCurrent(CBroadCal& engine);
 
 // The temperature range (Celsius) the preset covers at intTime, false when any server call of
 // the query fails. Afterwards the preset's object is loaded again with the stored record and,
