@@ -1,8 +1,9 @@
-// The C records and the C++ ones they mirror: the same fields at the same offsets, copied field
-// by field. Each field list is written once, here.
+// The C records and codes and the C++ ones they mirror: the same fields at the same offsets,
+// copied field by field, and the same values. Each field list is written once, here.
 #pragma once
 
 #include <ostrel_c.h>
+#include <ostrel_types.h>
 #include <vz/reduce/factory_calibration.h>
 #include <vz/reduce/object_parameters.h>
 
@@ -72,6 +73,29 @@ OSTREL_OBJECT_PARAMS_FIELDS(OSTREL_SAME_PARAMS_FIELD)
 static_assert(sizeof(ostrel_factory_cal) == sizeof(FactoryCal) && sizeof(FactoryCal) == 4 * 28);
 static_assert(sizeof(ostrel_object_params) == sizeof(ObjectParams) &&
               sizeof(ObjectParams) == 4 * 20);
+
+// The C codes are the C++ enumerations' values.
+#define OSTREL_SAME_CODE(c, cpp)                                                                   \
+    static_assert(static_cast<long long>(c) == static_cast<long long>(cpp));
+OSTREL_SAME_CODE(OSTREL_INT8, vz::Int8)
+OSTREL_SAME_CODE(OSTREL_UINT8, vz::UInt8)
+OSTREL_SAME_CODE(OSTREL_INT16, vz::Int16)
+OSTREL_SAME_CODE(OSTREL_UINT16, vz::UInt16)
+OSTREL_SAME_CODE(OSTREL_INT32, vz::Int32)
+OSTREL_SAME_CODE(OSTREL_UINT32, vz::UInt32)
+OSTREL_SAME_CODE(OSTREL_INT64, vz::Int64)
+OSTREL_SAME_CODE(OSTREL_UINT64, vz::UInt64)
+OSTREL_SAME_CODE(OSTREL_FLOAT, vz::Float)
+OSTREL_SAME_CODE(OSTREL_DOUBLE, vz::Double)
+OSTREL_SAME_CODE(OSTREL_CELSIUS, vz::eCelsius)
+OSTREL_SAME_CODE(OSTREL_FAHRENHEIT, vz::eFahrenheit)
+OSTREL_SAME_CODE(OSTREL_KELVIN, vz::eKelvin)
+OSTREL_SAME_CODE(OSTREL_RANKINE, vz::eRankine)
+OSTREL_SAME_CODE(OSTREL_LUT_VALID, vz::eLUTValid)
+OSTREL_SAME_CODE(OSTREL_LUT_OUTSIDE, vz::eLUTOutside)
+OSTREL_SAME_CODE(OSTREL_LUT_BELOW, vz::eLUTBelow)
+OSTREL_SAME_CODE(OSTREL_LUT_ABOVE, vz::eLUTAbove)
+#undef OSTREL_SAME_CODE
 
 template <class T> void CopyField(const T& from, T& to) {
     to = from;

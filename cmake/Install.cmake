@@ -5,6 +5,7 @@ install(TARGETS ostrel ostrel_headers ostrel_server_guids EXPORT ostrelTargets
     RUNTIME DESTINATION bin
     LIBRARY DESTINATION bin
     ARCHIVE DESTINATION lib)
+install(FILES ${OSTREL_MSVC_IMPORT_LIBRARY} DESTINATION lib)
 install(FILES include/ostrel.h include/ostrel_c.h include/ostrel_types.h DESTINATION include)
 
 install(EXPORT ostrelTargets NAMESPACE ostrel:: DESTINATION lib/cmake/ostrel)

@@ -5,6 +5,12 @@
 // counts into temperatures. Link with ostrel::ostrel (find_package(ostrel)).
 #pragma once
 
+// The exported classes follow MinGW's C++ ABI, which MSVC does not share.
+#if defined(_MSC_VER)
+#error                                                                                             \
+    "ostrel.h's C++ classes are for hosts built with MinGW: with MSVC, include ostrel_c.h and link ostrel.lib"
+#endif
+
 #include <windows.h>
 
 #include <ostrel_server.h>
