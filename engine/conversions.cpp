@@ -109,14 +109,15 @@ bool TempRangeAt(BroadCalState& state, unsigned char preset, unsigned long intTi
         return false;
     }
     state.lutDirty[preset] = true;
-    // Strictly, the table is built in Celsius, the unit of the limits below; the caller has the
-    // preset's table rebuilt afterwards.
+    // Strictly, the table is built in Celsius, the unit of the limits below, and so stays dirty
+    // for the conversions, which read it in the LUT unit.
     const ETempType unit = state.lutTempType;
     if (strict) {
         state.lutTempType = eCelsius;
     }
     const bool built = UpdateLut(state, preset);
     state.lutTempType = unit;
+    state.lutDirty[preset] = state.lutDirty[preset] || strict;
     if (!built) {
         return false;
     }
