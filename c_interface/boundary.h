@@ -1,5 +1,5 @@
-// What every function of the C interface does at its boundary: nothing thrown gets through, and
-// an engine's false becomes the status that says why.
+// What every function of the C interface does at its boundary: nothing thrown gets through, an
+// engine's false becomes the status that says why, and a failure is kept for ostrel_last_error.
 #pragma once
 
 #include <ostrel.h>
@@ -8,6 +8,8 @@
 #include <exception>
 #include <new>
 
+#include "failure_note.h"
+#include "last_error.h"
 #include "server_session.h"
 
 namespace c_interface {
@@ -31,21 +33,29 @@ inline ostrel_status EngineResult(vz::CBroadCal& engine, bool ok) {
     return engine.isAvailable() ? OSTREL_SERVER_CALL_FAILED : OSTREL_NOT_READY;
 }
 
-// Runs body, which returns a status, and turns whatever it throws into one.
-template <class Body> ostrel_status Guarded(Body body) noexcept {
+// Runs body, the work of the C function named `function`, which returns a status, and turns
+// whatever it throws into one.
+template <class Body> ostrel_status Guarded(const char* function, Body body) noexcept {
+    failure_note::Clear();
+    ostrel_status status = OSTREL_SERVER_CALL_FAILED;
     try {
-        return body();
+        status = body();
     } catch (const std::bad_alloc&) {
-        return OSTREL_OUT_OF_MEMORY;
+        status = OSTREL_OUT_OF_MEMORY;
     } catch (...) {
-        return OSTREL_SERVER_CALL_FAILED;
+        failure_note::Write("an unexpected exception");
     }
+    if (status != OSTREL_OK) {
+        return Failed(function, status);
+    }
+    failure_note::Clear();
+    return OSTREL_OK;
 }
 
-// Runs body, which may reach the server, inside a ServerSession; on a thread that can't reach
-// the server, body does not run.
-template <class Body> ostrel_status WithServer(Body body) noexcept {
-    return Guarded([&]() -> ostrel_status {
+// The same for a body which may reach the server: it runs inside a ServerSession, and not at all
+// on a thread that can't reach the server.
+template <class Body> ostrel_status WithServer(const char* function, Body body) noexcept {
+    return Guarded(function, [&]() -> ostrel_status {
         const ServerSession session;
         return session.Refusal() != OSTREL_OK ? session.Refusal() : body();
     });

@@ -8,7 +8,6 @@ using c_interface::PresetRefusal;
 using c_interface::ValidPreset;
 using c_interface::ValidType;
 using c_interface::ValidUnit;
-using c_interface::WithServer;
 
 namespace {
 
@@ -28,48 +27,51 @@ vz::STypedData Input(const void* in, uint32_t type) {
 // are brought up to date in a server session; the look-up itself runs outside one, so that
 // conversions on several threads never wait for each other.
 template <class Convert>
-ostrel_status ConvertThrough(ostrel_engine& handle, const bool (&through)[vz::kPresetCount],
-                             Convert convert) {
-    vz::CBroadCal& engine = handle.engine;
-    bool current = true;
-    for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
-        if (through[p]) {
-            if (const ostrel_status refusal = PresetRefusal(handle, p)) {
-                return refusal;
-            }
-            current = current && vz::IsLutCurrent(engine, p);
-        }
-    }
-    if (!current) {
-        if (const ostrel_status refreshed = WithServer([&]() -> ostrel_status {
-                for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
-                    if (through[p] && !engine.UpdateLUT(p)) {
-                        return EngineResult(engine, false);
-                    }
+ostrel_status ConvertThrough(const char* function, ostrel_engine& handle,
+                             const bool (&through)[vz::kPresetCount], Convert convert) {
+    return Guarded(function, [&]() -> ostrel_status {
+        vz::CBroadCal& engine = handle.engine;
+        bool current = true;
+        for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
+            if (through[p]) {
+                if (const ostrel_status refusal = PresetRefusal(handle, p)) {
+                    return refusal;
                 }
-                return OSTREL_OK;
-            })) {
-            return refreshed;
+                current = current && vz::IsLutCurrent(engine, p);
+            }
         }
-    }
-    return Guarded([&]() -> ostrel_status { return EngineResult(engine, convert(engine)); });
+        if (!current) {
+            const c_interface::ServerSession session;
+            if (session.Refusal() != OSTREL_OK) {
+                return session.Refusal();
+            }
+            for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
+                if (through[p] && !engine.UpdateLUT(p)) {
+                    return EngineResult(engine, false);
+                }
+            }
+        }
+        return EngineResult(engine, convert(engine));
+    });
 }
 
 template <class Convert>
-ostrel_status ConvertThroughPreset(ostrel_engine& handle, uint32_t preset, Convert convert) {
+ostrel_status ConvertThroughPreset(const char* function, ostrel_engine& handle, uint32_t preset,
+                                   Convert convert) {
     bool through[vz::kPresetCount] = {};
     through[preset] = true;
-    return ConvertThrough(handle, through, convert);
+    return ConvertThrough(function, handle, through, convert);
 }
 
 // The per-pixel and keyed conversions bring the active presets up to date.
 template <class Convert>
-ostrel_status ConvertThroughActivePresets(ostrel_engine& handle, Convert convert) {
+ostrel_status ConvertThroughActivePresets(const char* function, ostrel_engine& handle,
+                                          Convert convert) {
     bool through[vz::kPresetCount];
     for (unsigned char p = 0; p < vz::kPresetCount; ++p) {
         through[p] = vz::IsPresetActive(handle.engine, p);
     }
-    return ConvertThrough(handle, through, convert);
+    return ConvertThrough(function, handle, through, convert);
 }
 
 } // namespace
@@ -79,9 +81,9 @@ extern "C" ostrel_status ostrel_convert_uniform(ostrel_engine* engine, uint32_t 
                                                 uint32_t out_type, uint32_t n, uint8_t* status,
                                                 uint32_t unit) {
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return ConvertThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughPreset(__func__, *engine, preset, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(static_cast<unsigned char>(preset), Input(in, in_type),
                                         {out, out_type}, n, status,
                                         static_cast<vz::ETempType>(unit));
@@ -93,9 +95,9 @@ extern "C" ostrel_status ostrel_convert_mapped(ostrel_engine* engine, const uint
                                                uint32_t out_type, uint32_t n, uint8_t* status,
                                                uint32_t unit) {
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || preset_map == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return ConvertThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughActivePresets(__func__, *engine, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(Input(in, in_type), preset_map, {out, out_type}, n, status,
                                         static_cast<vz::ETempType>(unit));
     });
@@ -107,10 +109,10 @@ extern "C" ostrel_status ostrel_convert_keyed(ostrel_engine* engine, const uint3
                                               uint32_t n, uint8_t* status, uint32_t unit) {
     if (!ValidBuffers(engine, in, in_type, out, out_type, n, unit) || pixel_keys == nullptr ||
         key_to_preset == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
     static_assert(sizeof(unsigned long) == sizeof(uint32_t), "keys are 32-bit on Windows");
-    return ConvertThroughActivePresets(*engine, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughActivePresets(__func__, *engine, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(
             Input(in, in_type), reinterpret_cast<const unsigned long*>(pixel_keys), key_to_preset,
             {out, out_type}, n, status, static_cast<vz::ETempType>(unit));
@@ -121,9 +123,9 @@ extern "C" ostrel_status ostrel_counts_to_temp(ostrel_engine* engine, uint32_t p
                                                uint16_t counts, float* temp, uint8_t* status,
                                                uint32_t unit) {
     if (engine == nullptr || temp == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return ConvertThroughPreset(*engine, preset, [&](vz::CBroadCal& calibration) {
+    return ConvertThroughPreset(__func__, *engine, preset, [&](vz::CBroadCal& calibration) {
         return calibration.CountsToTemp(static_cast<unsigned char>(preset), counts, temp, status,
                                         static_cast<vz::ETempType>(unit));
     });

@@ -31,6 +31,22 @@ std::filesystem::path PathFromUtf8(const char* name) {
     return wide;
 }
 
+// Reads a record from a file named in UTF-8, noting why it can't.
+template <class Record, class Reader>
+bool ReadRecordFile(const char* name, Record& record, Reader read) {
+    const std::filesystem::path file = PathFromUtf8(name);
+    if (file.empty()) {
+        failure_note::Write("the file name is empty or not UTF-8");
+        return false;
+    }
+    std::string error;
+    if (!read(file, record, error)) {
+        failure_note::Write(error.c_str());
+        return false;
+    }
+    return true;
+}
+
 // Loads a record into the preset. The preset's new object gets the object parameters the host
 // set, as every other object holds them; until a load succeeds in full, the preset is refused.
 ostrel_status LoadPreset(ostrel_engine& handle, std::uint32_t preset,
@@ -63,9 +79,9 @@ ostrel_status SendObjectParams(ostrel_engine& handle, c_interface::ObjectParams&
 
 extern "C" ostrel_status ostrel_engine_create(ostrel_engine** engine) {
     if (engine == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         auto created = std::make_unique<ostrel_engine>();
         bool allActive[vz::kPresetCount] = {true, true, true, true};
         created->engine.SetActivePresets(allActive);
@@ -77,7 +93,7 @@ extern "C" ostrel_status ostrel_engine_create(ostrel_engine** engine) {
 // Destroying drops the engine's server objects, so it runs in a session even on a thread that
 // could not reach the server: the engine goes all the same.
 extern "C" ostrel_status ostrel_engine_destroy(ostrel_engine* engine) {
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         const c_interface::ServerSession session;
         delete engine;
         return OSTREL_OK;
@@ -87,9 +103,9 @@ extern "C" ostrel_status ostrel_engine_destroy(ostrel_engine* engine) {
 extern "C" ostrel_status ostrel_engine_set_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                        const ostrel_factory_cal* record) {
     if (engine == nullptr || record == nullptr || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::FactoryCal copy;
         c_interface::CopyFactoryCal(*record, copy);
         return LoadPreset(*engine, preset, copy);
@@ -99,13 +115,11 @@ extern "C" ostrel_status ostrel_engine_set_factory_cal(ostrel_engine* engine, ui
 extern "C" ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                         const char* path) {
     if (engine == nullptr || path == nullptr || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::FactoryCal record;
-        std::string error;
-        const std::filesystem::path file = PathFromUtf8(path);
-        if (file.empty() || !formats::ReadFactoryCal(file, record, error)) {
+        if (!ReadRecordFile(path, record, formats::ReadFactoryCal)) {
             return OSTREL_BAD_FILE;
         }
         return LoadPreset(*engine, preset, record);
@@ -115,9 +129,9 @@ extern "C" ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine, u
 extern "C" ostrel_status ostrel_engine_get_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                        ostrel_factory_cal* record) {
     if (engine == nullptr || record == nullptr || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         c_interface::FactoryCal stored;
         engine->engine.GetBroadCal(static_cast<unsigned char>(preset), &stored);
         c_interface::CopyFactoryCal(stored, *record);
@@ -128,9 +142,9 @@ extern "C" ostrel_status ostrel_engine_get_factory_cal(ostrel_engine* engine, ui
 extern "C" ostrel_status ostrel_engine_set_object_params(ostrel_engine* engine,
                                                          const ostrel_object_params* params) {
     if (engine == nullptr || params == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::ObjectParams copy;
         c_interface::CopyObjectParams(*params, copy);
         return SendObjectParams(*engine, copy);
@@ -139,13 +153,11 @@ extern "C" ostrel_status ostrel_engine_set_object_params(ostrel_engine* engine,
 
 extern "C" ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine, const char* path) {
     if (engine == nullptr || path == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::ObjectParams params;
-        std::string error;
-        const std::filesystem::path file = PathFromUtf8(path);
-        if (file.empty() || !formats::ReadObjectParams(file, params, error)) {
+        if (!ReadRecordFile(path, params, formats::ReadObjectParams)) {
             return OSTREL_BAD_FILE;
         }
         return SendObjectParams(*engine, params);
@@ -155,9 +167,9 @@ extern "C" ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine,
 extern "C" ostrel_status ostrel_engine_get_object_params(ostrel_engine* engine,
                                                          ostrel_object_params* params) {
     if (engine == nullptr || params == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         c_interface::ObjectParams stored;
         engine->engine.GetObjectParams(&stored);
         c_interface::CopyObjectParams(stored, *params);
@@ -167,9 +179,9 @@ extern "C" ostrel_status ostrel_engine_get_object_params(ostrel_engine* engine,
 
 extern "C" ostrel_status ostrel_engine_set_table_unit(ostrel_engine* engine, uint32_t unit) {
     if (engine == nullptr || !ValidUnit(unit)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         engine->engine.setLUTTempType(static_cast<vz::ETempType>(unit));
         return OSTREL_OK;
     });
@@ -177,9 +189,9 @@ extern "C" ostrel_status ostrel_engine_set_table_unit(ostrel_engine* engine, uin
 
 extern "C" ostrel_status ostrel_engine_get_table_unit(ostrel_engine* engine, uint32_t* unit) {
     if (engine == nullptr || unit == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         *unit = static_cast<uint32_t>(engine->engine.lutTempType());
         return OSTREL_OK;
     });
@@ -188,9 +200,9 @@ extern "C" ostrel_status ostrel_engine_get_table_unit(ostrel_engine* engine, uin
 extern "C" ostrel_status ostrel_engine_set_active_presets(ostrel_engine* engine,
                                                           const uint8_t active[4]) {
     if (engine == nullptr || active == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return Guarded([&]() -> ostrel_status {
+    return Guarded(__func__, [&]() -> ostrel_status {
         bool flags[vz::kPresetCount];
         for (unsigned preset = 0; preset < vz::kPresetCount; ++preset) {
             flags[preset] = active[preset] != 0;
@@ -203,9 +215,9 @@ extern "C" ostrel_status ostrel_engine_set_active_presets(ostrel_engine* engine,
 extern "C" ostrel_status ostrel_temp_to_counts(ostrel_engine* engine, uint32_t preset, float temp,
                                                uint32_t unit, uint16_t* counts) {
     if (engine == nullptr || counts == nullptr || !ValidPreset(preset) || !ValidUnit(unit)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
             return refusal;
         }
@@ -223,9 +235,9 @@ extern "C" ostrel_status ostrel_temp_to_counts(ostrel_engine* engine, uint32_t p
 extern "C" ostrel_status ostrel_integration_time_range(ostrel_engine* engine, uint32_t preset,
                                                        uint32_t* min_time, uint32_t* max_time) {
     if (engine == nullptr || min_time == nullptr || max_time == nullptr || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
             return refusal;
         }
@@ -246,9 +258,9 @@ extern "C" ostrel_status ostrel_temp_range(ostrel_engine* engine, uint32_t prese
                                            uint32_t integration_time, float* min_temp,
                                            float* max_temp) {
     if (engine == nullptr || min_temp == nullptr || max_temp == nullptr || !ValidPreset(preset)) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return WithServer([&]() -> ostrel_status {
+    return WithServer(__func__, [&]() -> ostrel_status {
         if (const ostrel_status refusal = PresetRefusal(*engine, preset)) {
             return refusal;
         }

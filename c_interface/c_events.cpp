@@ -47,13 +47,13 @@ LiveTokens& Live() {
 } // namespace
 
 extern "C" ostrel_status ostrel_attach_message_thread(void) {
-    return c_interface::Guarded([]() -> ostrel_status {
+    return c_interface::Guarded(__func__, []() -> ostrel_status {
         return vz::messageQueueInvoker.AttachToCurrentThread() ? OSTREL_OK : OSTREL_WRONG_THREAD;
     });
 }
 
 extern "C" ostrel_status ostrel_detach_message_thread(void) {
-    return c_interface::Guarded([]() -> ostrel_status {
+    return c_interface::Guarded(__func__, []() -> ostrel_status {
         return vz::messageQueueInvoker.Detach() ? OSTREL_OK : OSTREL_WRONG_THREAD;
     });
 }
@@ -61,9 +61,9 @@ extern "C" ostrel_status ostrel_detach_message_thread(void) {
 extern "C" ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* context,
                                           ostrel_subscription** token) {
     if (callback == nullptr || token == nullptr) {
-        return OSTREL_BAD_ARGUMENT;
+        return c_interface::Failed(__func__, OSTREL_BAD_ARGUMENT);
     }
-    return c_interface::Guarded([&]() -> ostrel_status {
+    return c_interface::Guarded(__func__, [&]() -> ostrel_status {
         auto subscription =
             std::make_unique<ostrel_subscription>(ostrel_subscription{{callback, context}});
         LiveTokens& live = Live();
@@ -82,7 +82,7 @@ extern "C" ostrel_status ostrel_unsubscribe(ostrel_subscription* token) {
     if (token == nullptr) {
         return OSTREL_OK;
     }
-    return c_interface::Guarded([&]() -> ostrel_status {
+    return c_interface::Guarded(__func__, [&]() -> ostrel_status {
         LiveTokens& live = Live();
         const std::lock_guard lock(live.lock);
         if (live.tokens.erase(token) == 0) {

@@ -6,7 +6,8 @@ install(TARGETS ostrel ostrel_headers ostrel_server_guids EXPORT ostrelTargets
     LIBRARY DESTINATION bin
     ARCHIVE DESTINATION lib)
 install(FILES ${OSTREL_MSVC_IMPORT_LIBRARY} DESTINATION lib)
-install(FILES include/ostrel.h include/ostrel_c.h include/ostrel_types.h DESTINATION include)
+install(FILES include/ostrel.h include/ostrel_c.h include/ostrel_types.h
+    ${OSTREL_GENERATED_INCLUDE_DIR}/ostrel_version.h DESTINATION include)
 
 install(EXPORT ostrelTargets NAMESPACE ostrel:: DESTINATION lib/cmake/ostrel)
 configure_package_config_file(cmake/ostrelConfig.cmake.in

@@ -3,6 +3,7 @@
 #include <objbase.h>
 
 #include "com_apartment.h"
+#include "failure_note.h"
 #include "module_state.h"
 
 IOsCalibration* CreateOstrelCal() {
@@ -10,8 +11,10 @@ IOsCalibration* CreateOstrelCal() {
         return nullptr;
     }
     IOsCalibration* cal = nullptr;
-    if (FAILED(CoCreateInstance(CLSID_OsCalibration, nullptr, CLSCTX_LOCAL_SERVER,
-                                IID_IOsCalibration, reinterpret_cast<void**>(&cal)))) {
+    const HRESULT hr = CoCreateInstance(CLSID_OsCalibration, nullptr, CLSCTX_LOCAL_SERVER,
+                                        IID_IOsCalibration, reinterpret_cast<void**>(&cal));
+    if (FAILED(hr)) {
+        failure_note::WriteFailedCall("CoCreateInstance of a calibration object", hr);
         return nullptr;
     }
     ++gCalRefs;

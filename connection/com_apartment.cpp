@@ -2,6 +2,7 @@
 
 #include <objbase.h>
 
+#include "failure_note.h"
 #include "module_state.h"
 
 bool EnsureComApartment() {
@@ -9,10 +10,13 @@ bool EnsureComApartment() {
         return true;
     }
     // S_FALSE (COM already initialised on this thread) counts as success: it must be balanced.
-    if (SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        gComInitialized = true;
+    const HRESULT hr = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    if (FAILED(hr)) {
+        failure_note::WriteFailedCall("CoInitializeEx of a single-threaded apartment", hr);
+        return false;
     }
-    return gComInitialized;
+    gComInitialized = true;
+    return true;
 }
 
 void LeaveComApartmentIfUnused() {

@@ -2,7 +2,10 @@
 
 #include <vz/log.h>
 
+#include <cstdio>
+
 #include "com_apartment.h"
+#include "failure_note.h"
 #include "global_lock.h"
 #include "module_state.h"
 #include "pleora_check.h"
@@ -20,6 +23,13 @@ constinit LazySection gConnectionSection;
 
 bool MeetsMinimumVersion(DWORD major, DWORD minor, DWORD build) {
     return major > 5 || (major == 5 && (minor > 90 || (minor == 90 && build >= 4)));
+}
+
+void NoteOldServer(ULONG major, ULONG minor, ULONG build) noexcept {
+    char text[80];
+    std::snprintf(text, sizeof text, "the camera server is version %lu.%lu.%lu, older than 5.90.4",
+                  major, minor, build);
+    failure_note::Write(text);
 }
 
 IOstrelHost* Fail(ConnectionFailure failure) {
@@ -46,19 +56,24 @@ IOstrelHost* ConnectOstrel() {
     if (!EnsureComApartment()) {
         return Fail(ConnectionFailure::kWrongApartment);
     }
-    if (FAILED(CoCreateInstance(CLSID_OstrelHost, nullptr, CLSCTX_LOCAL_SERVER, IID_IOstrelHost,
-                                reinterpret_cast<void**>(&gOstrelHost)))) {
+    HRESULT hr = CoCreateInstance(CLSID_OstrelHost, nullptr, CLSCTX_LOCAL_SERVER, IID_IOstrelHost,
+                                  reinterpret_cast<void**>(&gOstrelHost));
+    if (FAILED(hr)) {
         gOstrelHost = nullptr;
+        failure_note::WriteFailedCall("CoCreateInstance of the camera server", hr);
         return Fail(ConnectionFailure::kNoServer);
     }
     ULONG major = 0, minor = 0, build = 0;
-    if (FAILED(gOstrelHost->GetServerVersion(&major, &minor, &build))) {
+    hr = gOstrelHost->GetServerVersion(&major, &minor, &build);
+    if (FAILED(hr)) {
+        failure_note::WriteFailedCall("GetServerVersion", hr);
         return Abandon(ConnectionFailure::kNoServer);
     }
     gServerMajor = major;
     gServerMinor = minor;
     gServerBuild = build;
     if (!MeetsMinimumVersion(major, minor, build)) {
+        NoteOldServer(major, minor, build);
         return Abandon(ConnectionFailure::kRefused);
     }
     if (!PleoraCompatible(major, minor, ReadCyCamLibVersion().dwFileVersionMS)) {
@@ -66,18 +81,21 @@ IOstrelHost* ConnectOstrel() {
             vz::gLog->WriteLine(
                 L"Pleora / Ostrel incompatibility detected, refusing to create ostrel instance");
         }
+        failure_note::Write("the camera server's version does not match its CyCamLib.dll");
         return Abandon(ConnectionFailure::kRefused);
     }
-    if (FAILED(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
-                                IID_IGlobalInterfaceTable,
-                                reinterpret_cast<void**>(&gInterfaceTable)))) {
+    hr = CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
+                          IID_IGlobalInterfaceTable, reinterpret_cast<void**>(&gInterfaceTable));
+    if (FAILED(hr)) {
         gInterfaceTable = nullptr;
+        failure_note::WriteFailedCall("CoCreateInstance of the global interface table", hr);
         return Abandon(ConnectionFailure::kNoServer);
     }
-    if (FAILED(gInterfaceTable->RegisterInterfaceInGlobal(gOstrelHost, IID_IOstrelHost,
-                                                          &gHostCookie))) {
+    hr = gInterfaceTable->RegisterInterfaceInGlobal(gOstrelHost, IID_IOstrelHost, &gHostCookie);
+    if (FAILED(hr)) {
         gInterfaceTable->Release();
         gInterfaceTable = nullptr;
+        failure_note::WriteFailedCall("RegisterInterfaceInGlobal", hr);
         return Abandon(ConnectionFailure::kNoServer);
     }
     gLastConnectionFailure = ConnectionFailure::kNone;

@@ -9,4 +9,4 @@ std::int32_t gCalRefs = 0;
 std::uint32_t gServerMajor = 0;
 std::uint32_t gServerMinor = 0;
 std::uint32_t gServerBuild = 0;
-std::atomic<ConnectionFailure> gLastConnectionFailure{ConnectionFailure::kNone};
+thread_local ConnectionFailure gLastConnectionFailure = ConnectionFailure::kNone;

@@ -23,6 +23,7 @@ extern std::uint32_t gServerMajor;
 extern std::uint32_t gServerMinor;
 extern std::uint32_t gServerBuild;
 
-// Why the latest first connection failed, for the C interface's status codes.
+// Why the calling thread's latest attempt at a first connection failed, for the C interface's
+// status codes.
 enum class ConnectionFailure : std::uint8_t { kNone, kWrongApartment, kNoServer, kRefused };
-extern std::atomic<ConnectionFailure> gLastConnectionFailure;
+extern thread_local ConnectionFailure gLastConnectionFailure;

@@ -1,11 +1,14 @@
 /* ostrel.dll's C interface: the same connection, engine and notifications as the C++ classes, for
    hosts built with any compiler or in any language that can call a C function in a DLL. Every
-   function returns an ostrel_status (ostrel_status_text names it) and none throws. Plain C99;
-   it compiles as C++ too. See docs/c-api.md. */
+   function but the four of "Versions and diagnostics" returns an ostrel_status (ostrel_status_text
+   names it, ostrel_last_error says why it is not OSTREL_OK) and none throws. Plain C99; it
+   compiles as C++ too. See docs/c-api.md. */
 #ifndef OSTREL_C_H
 #define OSTREL_C_H
 
 #include <stdint.h>
+
+#include "ostrel_version.h"
 
 #if defined(OSTREL_BUILDING)
 #define OSTREL_C_API __declspec(dllexport)
@@ -35,8 +38,30 @@ enum {
                                 parameters, failed to load: set them again */
 };
 
+/* ---- Versions and diagnostics ------------------------------------------------------------ */
+
 /* The status's English text, for messages; never null. */
 OSTREL_C_API const char* ostrel_status_text(ostrel_status status);
+
+/* The loaded DLL's version, as OSTREL_VERSION_NUMBER computes it. A host built with these headers
+   works with a DLL of the same major version whose number is at least OSTREL_VERSION_NUMBER. */
+OSTREL_C_API uint32_t ostrel_version(void);
+
+/* Why the calling thread's latest call that did not return OSTREL_OK failed, in English: the
+   function, the status's text and what the library knows of the cause (the server's call and
+   HRESULT, the record file's line and field). Never null; empty while no call of the thread has
+   failed. The text stays valid until the thread's next call of a function that returns an
+   ostrel_status. */
+OSTREL_C_API const char* ostrel_last_error(void);
+
+/* Receives the library's log lines in UTF-8, without a line end, on whichever thread writes one;
+   lines are rare (a refused connection). A handler may log itself but must not call
+   ostrel_set_log_handler. */
+typedef void (*ostrel_log_callback)(void* context, const char* line);
+/* Sends every later log line to callback with context; once this returns, the previous handler
+   is not running and is not called again. A null callback restores the default, standard error
+   and only the lines the library writes without being asked. */
+OSTREL_C_API ostrel_status ostrel_set_log_handler(ostrel_log_callback callback, void* context);
 
 /* ---- Element types and units -------------------------------------------------------------- */
 

@@ -28,9 +28,10 @@ TEST_F(CExample, ConvertsAFrameAcrossTheCalibratedRange) {
     EXPECT_NE(result.out.find("Connected to camera server 5.92.0."), std::string::npos);
     int pixels = 0, valid = 0;
     float low = 0, high = 0;
-    const auto line = result.out.find("Converted");
+    const auto line = result.out.find("Uniform, preset 0, Celsius:");
     ASSERT_NE(line, std::string::npos) << result.out;
-    ASSERT_EQ(std::sscanf(result.out.c_str() + line, "Converted %d pixels: %f C to %f C, %d valid",
+    ASSERT_EQ(std::sscanf(result.out.c_str() + line,
+                          "Uniform, preset 0, Celsius: %d pixels from %f to %f, mean %*f, %d valid",
                           &pixels, &low, &high, &valid),
               4);
     EXPECT_EQ(pixels, 64 * 48);
@@ -42,8 +43,8 @@ TEST_F(CExample, ConvertsAFrameAcrossTheCalibratedRange) {
 TEST_F(CExample, NamesAFileItCantReadInOneLine) {
     const auto result = Run(L"missing.txt");
     EXPECT_EQ(result.exitCode, 1u);
-    EXPECT_EQ(result.err, "ostrel-c-example: missing.txt: the record file can't be read or is "
-                          "malformed\r\n");
+    EXPECT_EQ(result.err, "ostrel-c-example: ostrel_engine_load_factory_cal: the record file "
+                          "can't be read or is malformed: missing.txt: can't be read\r\n");
 }
 
 } // namespace

@@ -11,6 +11,7 @@ namespace testfiles {
 namespace {
 
 constexpr DWORD kRunLimitMs = 60000;
+constexpr DWORD kPollMs = 100;
 
 // Processes that Wine starts in the background inherit the program's output and may hold it
 // past the program's end: the file can be read and deleted all the same.
@@ -24,7 +25,8 @@ owners::UniqueFile CreateOutputFile(const std::filesystem::path& file) {
 } // namespace
 
 ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
-                         const std::filesystem::path& work) {
+                         const std::filesystem::path& work,
+                         const std::function<void()>& whileRunning) {
     ProgramResult result;
     // Beside the work folder, so that it holds only what the program wrote.
     const std::wstring capture = L"capture-" + std::to_wstring(GetCurrentProcessId());
@@ -55,7 +57,16 @@ ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wst
         }
         const owners::UniqueHandle processHandle(process.hProcess);
         const owners::UniqueHandle threadHandle(process.hThread);
-        if (WaitForSingleObject(processHandle.get(), kRunLimitMs) != WAIT_OBJECT_0) {
+        const DWORD step = whileRunning ? kPollMs : kRunLimitMs;
+        DWORD waited = 0;
+        for (;
+             waited < kRunLimitMs && WaitForSingleObject(processHandle.get(), step) == WAIT_TIMEOUT;
+             waited += step) {
+            if (whileRunning) {
+                whileRunning();
+            }
+        }
+        if (waited >= kRunLimitMs) {
             TerminateProcess(processHandle.get(), STILL_ACTIVE);
             WaitForSingleObject(processHandle.get(), kRunLimitMs);
         }

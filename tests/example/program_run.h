@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,11 @@ struct ProgramResult {
     std::string err;
 };
 
-// `program` is a file name in the folder of the running test; `work` is its current folder.
+// `program` is a file name in the folder of the running test, or a full path; `work` is its
+// current folder. whileRunning, if given, is called about every 100 ms until the program ends.
 ProgramResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
-                         const std::filesystem::path& work);
+                         const std::filesystem::path& work,
+                         const std::function<void()>& whileRunning = {});
 
 // Exit code neither 0 nor STILL_ACTIVE, exactly one line on stderr starting with
 // "ostrel-convert: " and containing `named`.
