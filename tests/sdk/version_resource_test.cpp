@@ -1,5 +1,6 @@
 // Every shipped binary carries the package's version in its version resource, and
-// ostrel-convert --version reports the ostrel.dll it loaded, read from that resource.
+// ostrel-convert --version reports the ostrel.dll it loaded, read from that resource; the C
+// interface reports the same version.
 #include <windows.h>
 
 #include <filesystem>
@@ -8,6 +9,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include <ostrel_c.h>
 
 #include "program.h"
 
@@ -61,6 +64,16 @@ INSTANTIATE_TEST_SUITE_P(Shipped, VersionResource,
                          testing::Values(L"ostrel.dll", L"vz.dll", L"vz.reduce.dll", L"camsim.exe",
                                          L"ostrel-convert.exe", L"ostrel-c-example.exe",
                                          L"ostrel-stress.exe"));
+
+// What the C interface and its header say is the package's version too.
+TEST(CVersion, IsThePackageVersion) {
+    EXPECT_EQ(ostrel_version(), OSTREL_VERSION_NUMBER);
+    EXPECT_EQ(std::to_string(ostrel_version() / 1000000) + "." +
+                  std::to_string(ostrel_version() / 1000 % 1000) + "." +
+                  std::to_string(ostrel_version() % 1000),
+              OSTREL_PACKAGE_VERSION);
+    EXPECT_STREQ(OSTREL_VERSION_STRING, OSTREL_PACKAGE_VERSION);
+}
 
 TEST(ConvertVersion, NamesTheLoadedLibraryAndItsVersion) {
     std::ostringstream out;
