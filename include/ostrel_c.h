@@ -1,8 +1,8 @@
 /* ostrel.dll's C interface: the same connection, engine and notifications as the C++ classes, for
    hosts built with any compiler or in any language that can call a C function in a DLL. Every
-   function but the four of "Versions and diagnostics" returns an ostrel_status (ostrel_status_text
-   names it, ostrel_last_error says why it is not OSTREL_OK) and none throws. Plain C99; it
-   compiles as C++ too. See docs/c-api.md. */
+   function but ostrel_status_text, ostrel_version and ostrel_last_error returns an ostrel_status
+   (ostrel_status_text names it, ostrel_last_error says why it is not OSTREL_OK) and none throws.
+   Text in and out is UTF-8. Plain C99; it compiles as C++ too. See docs/c-api.md. */
 #ifndef OSTREL_C_H
 #define OSTREL_C_H
 
@@ -40,7 +40,7 @@ enum {
 
 /* ---- Versions and diagnostics ------------------------------------------------------------ */
 
-/* The status's English text, for messages; never null. */
+/* The status's English text, for messages: static, never null. */
 OSTREL_C_API const char* ostrel_status_text(ostrel_status status);
 
 /* The loaded DLL's version, as OSTREL_VERSION_NUMBER computes it. A host built with these headers
@@ -50,12 +50,11 @@ OSTREL_C_API uint32_t ostrel_version(void);
 /* Why the calling thread's latest call that did not return OSTREL_OK failed, in English: the
    function, the status's text and what the library knows of the cause (the server's call and
    HRESULT, the record file's line and field). Never null; empty while no call of the thread has
-   failed. The text stays valid until the thread's next call of a function that returns an
-   ostrel_status. */
+   failed. The text stays valid until the thread's next call that fails. */
 OSTREL_C_API const char* ostrel_last_error(void);
 
-/* Receives the library's log lines in UTF-8, without a line end, on whichever thread writes one;
-   lines are rare (a refused connection). A handler may log itself but must not call
+/* Receives the library's log lines, without a line end, on whichever thread writes one; a line
+   is valid during the call only. Lines are rare (a refused connection). A handler must not call
    ostrel_set_log_handler. */
 typedef void (*ostrel_log_callback)(void* context, const char* line);
 /* Sends every later log line to callback with context; once this returns, the previous handler

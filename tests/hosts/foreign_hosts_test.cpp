@@ -51,6 +51,14 @@ testfiles::ProgramResult RunHost(const Host& host) {
     return result;
 }
 
+// node.exe finds ostrel.dll where OSTREL_DLL names it: the one beside this test.
+void NameTheLibraryForNode() {
+    wchar_t self[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    const std::filesystem::path library = std::filesystem::path(self).parent_path() / L"ostrel.dll";
+    SetEnvironmentVariableW(L"OSTREL_DLL", library.c_str());
+}
+
 const testfiles::ProgramResult& Reference() {
     static const testfiles::ProgramResult reference =
         RunHost({"MinGW", L"ostrel-c-example.exe", {}});
@@ -60,6 +68,7 @@ const testfiles::ProgramResult& Reference() {
 class ForeignHosts : public testing::TestWithParam<Host> {};
 
 TEST_P(ForeignHosts, PrintWhatTheCExamplePrints) {
+    NameTheLibraryForNode();
     const testfiles::ProgramResult& reference = Reference();
     ASSERT_EQ(reference.exitCode, 0u) << reference.err;
     ASSERT_NE(reference.out.find("Notification: " + std::to_string(kNotification) + "\n"),
@@ -75,6 +84,8 @@ std::vector<Host> Hosts() {
     return {
         {"MsvcC", L"ostrel-c-example-msvc-c.exe", {}},
         {"MsvcCxx", L"ostrel-c-example-msvc-cpp.exe", {}},
+        {"Go", L"ostrel-go-example.exe", {}},
+        {"NodeJs", L"" OSTREL_NODE_EXE, {L"" OSTREL_NODE_SCRIPT}},
     };
 }
 

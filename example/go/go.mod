@@ -1,0 +1,3 @@
+module ostrel.example/go-host
+
+go 1.19
