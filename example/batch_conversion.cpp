@@ -140,7 +140,7 @@ private:
 bool ConvertBatch(const Options& options, unsigned jobs, vz::CBroadCal& engine,
                   const PresetSource& source, const std::vector<std::filesystem::path>& files,
                   BatchSummary& summary, std::string& error) {
-    ProgressBar progress(files.size());
+    ProgressBar progress(files.size(), !options.quiet);
     const auto finish = [&](ConvertedFrame frame) {
         if (!frame.ok) {
             error = frame.error;

@@ -45,6 +45,7 @@ void Declare(CLI::App& app, Options& options) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.option_defaults()->disable_flag_override();
     app.set_version_flag("--version", std::string(), "the version of the ostrel.dll loaded");
+    app.add_flag("--quiet", options.quiet, "print nothing unless something fails");
     app.add_option("INPUT", "files, folders or wildcards such as frames\\*.pgm")
         ->required()
         ->expected(-1)
@@ -138,6 +139,8 @@ std::string Usage() {
     CLI::App app("Converts frames of raw detector counts into temperatures through the camera "
                  "server's calibration.",
                  "ostrel-convert");
+    app.footer("Exit codes: 0 when every frame was converted, 1 when an input or a conversion "
+               "failed, 2 for a command line that can't be used.");
     Options options;
     Declare(app, options);
     return app.help();

@@ -22,6 +22,8 @@ enum class Dispatch { Uniform, PresetMap, Keyed };
 struct Options {
     bool help = false;
     bool version = false;
+    // Nothing on standard output and no progress bar, unless something fails.
+    bool quiet = false;
     // Files, folders or wildcards, as given.
     std::vector<std::filesystem::path> inputs;
     // With --type, frames are raw data of this element type and the size below; otherwise PGM

@@ -22,10 +22,14 @@
 namespace convert {
 namespace {
 
+// The exit codes, as CLI11's programs have them.
+constexpr int kFailed = 1;
+constexpr int kUsageError = 2;
+
 // Every failure is one line on err.
-int Fail(std::ostream& err, const std::string& message) {
+int Fail(std::ostream& err, const std::string& message, int exitCode = kFailed) {
     err << "ostrel-convert: " << message << '\n';
-    return 1;
+    return exitCode;
 }
 
 bool ReadPresetSource(const Options& options, PresetSource& source, std::string& error) {
@@ -66,7 +70,9 @@ int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
     if (!host || !GetOstrelVersion(major, minor, build)) {
         return Fail(err, "can't connect to the camera server (is it registered, 5.90.4 or newer?)");
     }
-    out << "Connected to camera server " << major << '.' << minor << '.' << build << ".\n";
+    if (!options.quiet) {
+        out << "Connected to camera server " << major << '.' << minor << '.' << build << ".\n";
+    }
 
     vz::CBroadCal engine;
     if (!LoadIntoEngine(engine, calibration, options.lutUnit, options.dispatch, used, error)) {
@@ -78,7 +84,9 @@ int RunWith(const Options& options, std::ostream& out, std::ostream& err) {
     if (!ConvertBatch(options, jobs, engine, source, files, summary, error)) {
         return Fail(err, error);
     }
-    summary.Print(out, options.unit);
+    if (!options.quiet) {
+        summary.Print(out, options.unit);
+    }
     return 0;
 }
 
@@ -90,7 +98,7 @@ int Run(std::span<const std::wstring> arguments, std::ostream& out, std::ostream
         Options options;
         std::string error;
         if (!ParseOptions(arguments, options, error)) {
-            return Fail(err, error);
+            return Fail(err, error, kUsageError);
         }
         if (options.help) {
             out << Usage();

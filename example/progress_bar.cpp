@@ -16,8 +16,8 @@ constexpr int kLineWidth = 79;
 
 } // namespace
 
-ProgressBar::ProgressBar(std::size_t total)
-    : mTotal(total), mEnabled(_isatty(_fileno(stderr)) != 0) {}
+ProgressBar::ProgressBar(std::size_t total, bool wanted)
+    : mTotal(total), mEnabled(wanted && _isatty(_fileno(stderr)) != 0) {}
 
 ProgressBar::~ProgressBar() {
     if (mEnabled) {

@@ -9,7 +9,8 @@ namespace convert {
 
 class ProgressBar {
 public:
-    explicit ProgressBar(std::size_t total);
+    // Shown only when wanted and standard error is a console.
+    ProgressBar(std::size_t total, bool wanted);
     // Clears the bar's line.
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;

@@ -1,5 +1,6 @@
 // The converter on bad input and, as a process of its own, on a failing server: one line on
-// stderr naming the file or option, a failure exit code, and no output file.
+// stderr naming the file or option, exit code 1 (2 for a command line that can't be used), and no
+// output file.
 #include <ostrel.h>
 #include <server_slots.h>
 
@@ -26,6 +27,7 @@ struct BadRun {
     std::vector<std::pair<const wchar_t*, std::string>> files;
     std::vector<std::wstring> arguments;
     std::string named; // what the message must name
+    int exitCode = 1;  // 2 for a command line that can't be used
 };
 void PrintTo(const BadRun& run, std::ostream* out) {
     *out << run.label;
@@ -47,7 +49,9 @@ TEST_P(BadInput, FailsWithOneLineAndNoOutput) {
     arguments.insert(arguments.end(),
                      {L"--out", L"out", L"--pfm", L"--csv", L"--status", L"--png"});
 
-    ExpectOneLineFailure(Convert(arguments), GetParam().named);
+    const testfiles::ProgramResult result = Convert(arguments);
+    ExpectOneLineFailure(result, GetParam().named);
+    EXPECT_EQ(result.exitCode, static_cast<DWORD>(GetParam().exitCode));
 
     EXPECT_EQ(FolderContents(mWork / L"out"), std::vector<std::wstring>{});
     auto after = FolderContents(mWork.Path());
@@ -99,23 +103,24 @@ const BadRun kBadRuns[] = {
      "f.raw: 49 bytes"},
     {"FolderWithoutFrames", {{L"empty", ""}}, {L"empty"}, "empty"},
     // Options.
-    {"UnknownType", {}, {L"f.pgm", L"--type", L"UInt12", L"--width", L"4"}, "--type"},
-    {"UnknownUnit", {}, {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit: \"Kelvinn\" is not a unit"},
-    {"PresetAboveThree", {}, {L"f.pgm", L"--preset", L"7"}, "--preset"},
-    {"FactoryCalOfPresetFour", {}, {L"f.pgm", L"--factory-cal", L"4=cal.txt"}, "--factory-cal"},
-    {"EmissivityAboveOne", {}, {L"f.pgm", L"--emissivity", L"1.5"}, "--emissivity"},
-    {"ReflectedBelowAbsoluteZero", {}, {L"f.pgm", L"--reflected", L"-300"}, "--reflected"},
-    {"ReversedRange", {}, {L"f.pgm", L"--range", L"40:10"}, "--range"},
-    {"ZeroWidth", {}, {L"f.pgm", L"--width", L"0"}, "--width"},
-    {"HeightNotANumber", {}, {L"f.pgm", L"--height", L"12x"}, "--height"},
-    {"NoJobs", {}, {L"f.pgm", L"--jobs", L"0"}, "--jobs"},
-    {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "pfm was given a disallowed flag override"},
+    {"UnknownType", {}, {L"f.pgm", L"--type", L"UInt12", L"--width", L"4"}, "--type", 2},
+    {"UnknownUnit", {}, {L"f.pgm", L"--unit", L"Kelvinn"}, "--unit: \"Kelvinn\" is not a unit", 2},
+    {"PresetAboveThree", {}, {L"f.pgm", L"--preset", L"7"}, "--preset", 2},
+    {"FactoryCalOfPresetFour", {}, {L"f.pgm", L"--factory-cal", L"4=cal.txt"}, "--factory-cal", 2},
+    {"EmissivityAboveOne", {}, {L"f.pgm", L"--emissivity", L"1.5"}, "--emissivity", 2},
+    {"ReflectedBelowAbsoluteZero", {}, {L"f.pgm", L"--reflected", L"-300"}, "--reflected", 2},
+    {"ReversedRange", {}, {L"f.pgm", L"--range", L"40:10"}, "--range", 2},
+    {"ZeroWidth", {}, {L"f.pgm", L"--width", L"0"}, "--width", 2},
+    {"HeightNotANumber", {}, {L"f.pgm", L"--height", L"12x"}, "--height", 2},
+    {"NoJobs", {}, {L"f.pgm", L"--jobs", L"0"}, "--jobs", 2},
+    {"ValueForAFlag", {}, {L"f.pgm", L"--pfm=yes"}, "pfm was given a disallowed flag override", 2},
     {"TwoDispatchers",
      {},
      {L"f.pgm", L"--preset", L"1", L"--preset-map", L"m.pgm"},
-     "--preset-map"},
-    {"KeysWithoutTable", {}, {L"f.pgm", L"--keys", L"k.pgm"}, "--key-table"},
-    {"RawWithoutHeight", {}, {L"f.pgm", L"--type", L"UInt16", L"--width", L"4"}, "--height"},
+     "--preset-map",
+     2},
+    {"KeysWithoutTable", {}, {L"f.pgm", L"--keys", L"k.pgm"}, "--key-table", 2},
+    {"RawWithoutHeight", {}, {L"f.pgm", L"--type", L"UInt16", L"--width", L"4"}, "--height", 2},
     // Preset maps and pixel keys.
     Mapped("MapOfAnotherSize", "P5\n2 2\n255\n\1\2\3\1", "map.pgm"),
     Mapped("MapNamingPresetFour", Pgm8('\4'), "map.pgm: pixel 1,0 names preset 4"),

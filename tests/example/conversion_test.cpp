@@ -158,6 +158,17 @@ TEST_F(ConvertProgram, PictureHoldsTheFrameAndTheColourBar) {
     EXPECT_GE(tiny.height, 30);
 }
 
+// --quiet: the same files and exit code, nothing on either stream.
+TEST_F(ConvertProgram, QuietConvertsAndSaysNothing) {
+    CopyScene(L"scene.pgm");
+    const auto result = ConvertProcess({L"scene.pgm", L"--pfm", L"--quiet"});
+    EXPECT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(FolderContents(mWork.Path()),
+              (std::vector<std::wstring>{L"scene.pfm", L"scene.pgm"}));
+}
+
 // However many frames convert at once, a batch ends as one thread leaves it: the same files and
 // the same summary but for the time per frame; the first bad frame in input order stops it with
 // its line, and no frame after it leaves an output. A folder and a wildcard give the same frames
