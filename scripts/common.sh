@@ -3,7 +3,7 @@
 # Debian packages the build and the tests need.
 OSTREL_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev cmake
                  googletest libbenchmark-dev libstb-dev libcli11-dev g++ make clang lld-14
-                 libclang-rt-14-dev llvm-14)
+                 libclang-rt-14-dev llvm-14 golang-go)
 
 ensure_packages() {
     local missing=()
@@ -22,18 +22,40 @@ ensure_packages() {
 }
 
 # Creates one of the build tree's Wine prefixes if it is missing (which takes a while, better
-# not inside a test's time limit), and remembers it for stop_wine_servers.
+# not inside a test's time limit), and remembers it for stop_wine_servers. Wine takes only an
+# absolute prefix path.
 prepare_wine_prefix() {
     local build=$1 prefix=$2
     OSTREL_WINE_PREFIX=$prefix "$build/wine-run" cmd /c exit </dev/null >/dev/null 2>&1 || true
-    OSTREL_WINE_PREFIXES+=("$build/wine/$prefix")
+    OSTREL_WINE_PREFIXES+=("$(realpath "$build")/wine/$prefix")
 }
 
-# Ends every process of the prefixes prepared above, the simulator included.
+# Ends every process of the prefixes prepared above, the simulator included, and waits for them.
 stop_wine_servers() {
     for prefix in "${OSTREL_WINE_PREFIXES[@]}"; do
         WINEPREFIX="$prefix" wineserver -k >/dev/null 2>&1 || true
+        WINEPREFIX="$prefix" wineserver -w >/dev/null 2>&1 || true
     done
+}
+
+# Fails, naming them, if processes of the prefixes prepared above are still running (every Wine
+# process carries its prefix in its environment).
+check_no_wine_processes() {
+    local left=() environ pid
+    for environ in /proc/[0-9]*/environ; do
+        pid=${environ#/proc/}
+        pid=${pid%/environ}
+        for prefix in "${OSTREL_WINE_PREFIXES[@]}"; do
+            if tr '\0' '\n' 2>/dev/null <"$environ" | grep -qxF "WINEPREFIX=$prefix"; then
+                left+=("$pid $(tr '\0' ' ' 2>/dev/null </proc/"$pid"/cmdline)")
+            fi
+        done
+    done
+    if [ ${#left[@]} -gt 0 ]; then
+        printf 'error: Wine processes left running:\n' >&2
+        printf '  %s\n' "${left[@]}" >&2
+        return 1
+    fi
 }
 
 # Builds camsim and the given targets in a build folder, and has the simulator serve in one of its

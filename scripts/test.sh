@@ -2,7 +2,7 @@
 # Installs what is missing, builds, and runs every test: the Windows binaries under Wine (and
 # the connection and engine tests once more as clang built them), the portable computing core
 # natively under the address and undefined-behaviour sanitizers, and the file readers briefly
-# under libFuzzer. Leaves the SDK's zip in build/package.
+# under libFuzzer. Leaves the SDK's zip in build/package, and no Wine process running.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh
@@ -25,6 +25,8 @@ for prefix in main bare crash lifetime; do
     prepare_wine_prefix build/mingw-clang $prefix
 done
 ctest --preset mingw-clang
+stop_wine_servers
+check_no_wine_processes
 
 cmake --preset native >/dev/null
 cmake --build --preset native
