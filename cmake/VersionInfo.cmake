@@ -1,5 +1,6 @@
 # Every shipped binary carries a version resource made from one template and the project's one
-# version, so that Explorer, installers and hosts can tell which build they have.
+# version, so that Explorer, installers and hosts can tell which build they have; and, in the
+# release build, a PDB.
 set(OSTREL_COMPANY_NAME "The ostrel developers" CACHE STRING "CompanyName of the version resources")
 set(OSTREL_PRODUCT_NAME "ostrel SDK" CACHE STRING "ProductName of the version resources")
 
@@ -21,4 +22,5 @@ function(ostrel_add_version_info _target _description)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/version_info.rc.in ${_configured} @ONLY)
     file(GENERATE OUTPUT ${_rc} INPUT ${_configured})
     target_sources(${_target} PRIVATE ${_rc})
+    ostrel_add_symbols(${_target})
 endfunction()

@@ -3,7 +3,8 @@
 # Debian packages the build and the tests need.
 OSTREL_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev cmake
                  googletest libbenchmark-dev libstb-dev libcli11-dev g++ make clang lld-14
-                 libclang-rt-14-dev llvm-14 golang-go)
+                 libclang-rt-14-dev llvm-14 golang-go
+                 osslsigncode openssl)
 
 ensure_packages() {
     local missing=()

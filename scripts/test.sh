@@ -2,7 +2,7 @@
 # Installs what is missing, builds, and runs every test: the Windows binaries under Wine (and
 # the connection and engine tests once more as clang built them), the portable computing core
 # natively under the address and undefined-behaviour sanitizers, and the file readers briefly
-# under libFuzzer. Leaves the SDK's zip in build/package, and no Wine process running.
+# under libFuzzer. Leaves the SDK's zips in build/package, and no Wine process running.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh
@@ -17,7 +17,6 @@ for prefix in main bare crash lifetime; do
     prepare_wine_prefix build/mingw $prefix
 done
 ctest --preset mingw
-cpack --config build/mingw/CPackConfig.cmake -B build/package
 
 cmake --preset mingw-clang >/dev/null
 cmake --build --preset mingw-clang
@@ -25,6 +24,8 @@ for prefix in main bare crash lifetime; do
     prepare_wine_prefix build/mingw-clang $prefix
 done
 ctest --preset mingw-clang
+# The release is clang's build, which has the PDBs.
+cpack --config build/mingw-clang/CPackConfig.cmake -B build/package
 stop_wine_servers
 check_no_wine_processes
 
