@@ -1,45 +1,19 @@
 # Packs the SDK twice: as it is, where no binary is signed, and with a throwaway self-signed
 # certificate made here, where every binary in the zips carries an intact signature by it
 # (checked against that certificate, since no one else trusts it).
-foreach(var BUILD_DIR CPACK VERSION OSSLSIGNCODE)
-    if(NOT DEFINED ${var})
-        message(FATAL_ERROR "${var} not set")
-    endif()
-endforeach()
+include(${CMAKE_CURRENT_LIST_DIR}/sdk_script.cmake)
+sdk_require(BUILD_DIR CPACK VERSION OSSLSIGNCODE)
+sdk_scratch(signing-check)
 
-set(scratch ${BUILD_DIR}/signing-check)
-file(REMOVE_RECURSE ${scratch})
-file(MAKE_DIRECTORY ${scratch})
-
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE out)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "failed: ${ARGN}\n${out}")
-    endif()
-endfunction()
-
-# The binaries of the zips with binaries, unpacked into folder.
-function(pack folder)
-    run(${CMAKE_COMMAND} -E env ${ARGN} ${CPACK} -G ZIP --config ${BUILD_DIR}/CPackConfig.cmake
-        -B ${scratch}/${folder}-package)
-    foreach(component runtime tools simulator)
-        file(ARCHIVE_EXTRACT
-            INPUT ${scratch}/${folder}-package/ostrel-${VERSION}-win64-${component}.zip
-            DESTINATION ${scratch}/${folder})
-    endforeach()
-endfunction()
-
-pack(unsigned --unset=OSTREL_SIGN_CERT --unset=OSTREL_SIGN_KEY)
-run(openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj "/CN=ostrel throwaway test signer"
+set(zips_with_binaries runtime tools simulator)
+sdk_pack(unsigned COMPONENTS ${zips_with_binaries}
+    ENVIRONMENT --unset=OSTREL_SIGN_CERT --unset=OSTREL_SIGN_KEY)
+sdk_run(openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj "/CN=ostrel throwaway test signer"
     -keyout ${scratch}/key.pem -out ${scratch}/cert.pem)
-pack(signed OSTREL_SIGN_CERT=${scratch}/cert.pem OSTREL_SIGN_KEY=${scratch}/key.pem)
+sdk_pack(signed COMPONENTS ${zips_with_binaries}
+    ENVIRONMENT OSTREL_SIGN_CERT=${scratch}/cert.pem OSTREL_SIGN_KEY=${scratch}/key.pem)
 
-file(GLOB binaries RELATIVE ${scratch}/signed/bin ${scratch}/signed/bin/*.dll
-    ${scratch}/signed/bin/*.exe)
-list(LENGTH binaries count)
-if(count LESS 7)
-    message(FATAL_ERROR "only ${binaries} in the zips")
-endif()
+sdk_binaries(${scratch}/signed)
 set(failures "")
 foreach(binary ${binaries})
     execute_process(COMMAND ${OSSLSIGNCODE} verify -CAfile ${scratch}/cert.pem
@@ -55,8 +29,5 @@ foreach(binary ${binaries})
         list(APPEND failures "${binary}: signed without a certificate given:\n${out}")
     endif()
 endforeach()
-if(failures)
-    string(JOIN "\n" failures ${failures})
-    message(FATAL_ERROR "${failures}")
-endif()
-message(STATUS "${count} binaries signed and verified: ${binaries}")
+sdk_report("${failures}")
+message(STATUS "Signed and verified: ${binaries}")
