@@ -1,7 +1,7 @@
 // ostrel.dll: the host application's link to the camera server.
 //
-// Handles to the server's calibration objects, the library-wide lock that serialises calls into
-// the server, the server version query, and the calibration engine that turns raw detector
+// Handles to the server's calibration objects, the library-wide lock that serialises calls through
+// the connection, the server version query, and the calibration engine that turns raw detector
 // counts into temperatures. Link with ostrel::ostrel (find_package(ostrel)).
 #pragma once
 
@@ -26,9 +26,28 @@
 #define OSTREL_API __declspec(dllimport)
 #endif
 
+// ---- Threads -----------------------------------------------------------------------------------
+// Calibration objects, an engine's included, belong to the COM apartment of the thread that creates
+// them: make an engine's calls that reach the server (loads, object parameters, queries, and table
+// rebuilds, which the first conversion after a change makes) and its destruction on the thread that
+// loads it, and its other calls one at a time. Once the tables a conversion brings up to date are
+// current, any number of threads, COM or none, may convert through the engine at once, taking no
+// lock, while no thread changes it. Engines on different threads may run side by side: the C
+// interface runs its calls that reach the server one at a time; C++ engines take no lock, and
+// calibration objects are counted without one, so a C++ host makes and drops them (an engine's
+// first server call, SetBroadCal, destroying an engine, GetOstrelCal, copying or dropping a
+// COstrelCal) one thread at a time. Calls on the connection (COstrel, ostrel_check_connection,
+// ostrel_server_version) may come from any thread and run one at a time. Each thread that reaches
+// the server initialises COM first, except the first, for which the library does it (so it must not
+// be in the multithreaded apartment). Notifications arrive on the message thread
+// (ostrel_attach_message_thread, vz::messageQueueInvoker), which pumps messages: callbacks run
+// there (or through the invoker they were attached with), and subscriptions are made and ended
+// there only.
+
 // ---- Library-wide lock -------------------------------------------------------------------------
-// One re-entrant lock serialises every call into the server. Take it around a sequence of server
-// calls that must not interleave with other threads' calls; only while a COstrel handle is alive.
+// One re-entrant lock serialises the calls through COstrel handles; calls on calibration objects,
+// an engine's included, do not take it. Take it around a sequence of COstrel calls that must not
+// interleave with other threads' calls; only while a COstrel handle is alive.
 
 // Enters the library-wide lock; pair every call with ostrelLeave on the same thread.
 OSTREL_API void ostrelEnter();
@@ -54,8 +73,9 @@ OSTREL_API bool GetOstrelVersion(unsigned long& major, unsigned long& minor, uns
 // Copyable handle to the camera server's main object (IOstrelHost). All handles share one
 // process-wide connection, made on first demand and torn down when the last handle lets go. The
 // connection is refused for servers older than 5.90.4 and when an incompatible Pleora camera
-// library (CyCamLib.dll) is on the search path. Any thread may hold, copy and call through a
-// handle: a call on a thread other than the connecting one goes through a proxy for that thread.
+// library (CyCamLib.dll) is on the search path. A handle copied to, or called from, a thread other
+// than the connecting one goes through a proxy for that thread; a thread without COM gets none, so
+// the copy is empty and the call goes through null. Threads: see the top of this header.
 class OSTREL_API COstrel {
 public:
     // The proxy that carries one server call: it holds the library-wide lock and a reference to
@@ -117,8 +137,8 @@ OSTREL_API COstrel GetOstrel();
 // ---- Calibration object handle -----------------------------------------------------------------
 
 // Copyable, reference-counted handle to one server calibration object (IOsCalibration). An empty
-// handle creates its object on first use through operator-> or Get(). Use a handle on the thread
-// that created its object; create and drop handles on one thread at a time.
+// handle creates its object on first use through operator-> or Get(). Threads: see the top of this
+// header.
 class OSTREL_API COstrelCal {
 public:
     // An empty handle.
@@ -159,7 +179,8 @@ OSTREL_API COstrelCal GetOstrelCal();
 
 // Receives the server's notifications: a hidden top-level window, created on the thread of
 // vz::messageQueueInvoker (which must pump messages), raises mEvent with the 64-bit value of
-// every registered "Tamso" message it gets. Reach the one instance through gOstrelEvents.
+// every registered "Tamso" message it gets. Reach the one instance through gOstrelEvents. Threads:
+// see the top of this header.
 class OSTREL_API COstrelEvents {
 public:
     // Registers the window class and message, and posts the window's creation to
@@ -204,8 +225,8 @@ struct BroadCalState;
 // which the camera server computes from the preset's factory calibration and the object
 // parameters. Costly work (server objects, shared buffers, tables) happens on first need.
 //
-// Not thread-safe: one engine is used by one thread at a time. Preset numbers are trusted (only
-// GetBroadCal checks them); a preset above 3 is a caller error.
+// Threads: see the top of this header. Preset numbers are trusted (only GetBroadCal checks them);
+// a preset above 3 is a caller error.
 class OSTREL_API CBroadCal {
 public:
     // A new engine: LUT unit Celsius, all four LUTs dirty, no preset active.
@@ -217,13 +238,24 @@ public:
     // abandoned, and only one of the two may be destroyed.
     CBroadCal& operator=(const CBroadCal& other);
 
-    // Loads a factory calibration into the preset's (new) server object and keeps a copy;
-    // the preset's LUT is rebuilt on next use.
+    // Loads a factory calibration into a new server object for the preset, dropping the preset's
+    // previous object, and keeps a copy; the preset's LUT is rebuilt on next use. The new object
+    // holds no object parameters: call SetObjectParams after every SetBroadCal (unchanged values
+    // are then sent again), or the preset converts with the server's defaults, as for a black
+    // body (with the sample records, count 20000 reads 56.437 C instead of 57.386 C).
+    // On failure the preset's object has been replaced all the same. When the failure comes before
+    // the integration time is set, the preset keeps converting through its old LUT until that is
+    // next rebuilt, and SetObjectParams with unchanged values sends nothing: load it again.
     bool SetBroadCal(unsigned char preset, reduce::CQuilloFactoryCalReduceObject* record);
     // Copies the preset's stored record out; false for a preset above 3.
     bool GetBroadCal(unsigned char preset, reduce::CQuilloFactoryCalReduceObject* record);
-    // Sends object parameters to all four server objects, unless emissivity, transmission and the
-    // two temperatures equal those already sent since the last SetBroadCal; keeps a copy.
+    // Sends objFactorA (emissivity), objTempA (reflected temperature), objFactorB (atmospheric
+    // transmission) and objTempB (atmospheric temperature) to the server objects the four presets
+    // hold now, marking all four LUTs dirty, unless these four equal the values last sent and no
+    // SetBroadCal came since; keeps a copy of the whole record, whose other fields the engine does
+    // not use. Call it after SetBroadCal: called before, it returns true, but each SetBroadCal
+    // gives its preset a new object without the parameters. False when a server call fails; the
+    // next call sends again.
     bool SetObjectParams(reduce::CObjectParametersReduceObject* params);
     // Copies the stored object parameters out; always true.
     bool GetObjectParams(reduce::CObjectParametersReduceObject* params);
@@ -233,7 +265,16 @@ public:
     // The preset's 65536 temperatures in the LUT unit, brought up to date; null on failure.
     // Valid for the engine's life; the contents change at the next rebuild.
     float* GetLUTOutput(unsigned char preset);
-    // The preset's 65536 status bytes (ELUTStatus), brought up to date; null on failure.
+    // The preset's 65536 status bytes (ELUTStatus), brought up to date; null on failure. The
+    // calibrated range is the factory record's tempMinK..tempMaxK narrowed to the server's values
+    // for the counts from countsLow up to, but not including, countsHigh, with a margin at each end
+    // of 5 degrees or 5 % of the end's Celsius value, whichever is larger. Walking outward from the
+    // count halfway between countsLow and countsHigh, entries are 0 until the first count beyond
+    // countsLow or countsHigh or with a value outside the range; from there they are 1 until the
+    // first value beyond the margin too, and from that on 2 below or 4 above, holding the margin's
+    // limit. Above, when no value goes beyond the margin, every entry from the first outside the
+    // range on is 4 all the same (with the sample records, counts 61917 to 65535 read 157.5 C where
+    // the server gives 150.0 to 156.4 C); below, such entries stay 1.
     unsigned char* GetLUTStatus(unsigned char preset);
 
     // The unit the LUTs hold their temperatures in.

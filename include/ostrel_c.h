@@ -81,18 +81,30 @@ enum {
 /* Temperature units, as 32-bit codes. */
 enum { OSTREL_CELSIUS = 0, OSTREL_FAHRENHEIT = 1, OSTREL_KELVIN = 2, OSTREL_RANKINE = 3 };
 
-/* Status bytes of converted pixels. */
+/* Status bytes of converted pixels, one per table entry. The calibrated range is the factory
+   record's tempMinK..tempMaxK narrowed to the server's values for the counts from countsLow up
+   to, but not including, countsHigh, with a margin at each end of 5 degrees or 5 % of the end's
+   Celsius value, whichever is larger. Walking outward from the count halfway between countsLow
+   and countsHigh, entries are 0 until the first count beyond countsLow or countsHigh or with a
+   value outside the range; from there they are 1 until the first value beyond the margin too,
+   and from that on 2 below or 4 above, holding the margin's limit. Above, when no value goes
+   beyond the margin, every entry from the first outside the range on is 4 all the same (with the
+   sample records, counts 61917 to 65535 read 157.5 C where the server gives 150.0 to 156.4 C);
+   below, such entries stay 1. */
 enum {
     OSTREL_LUT_VALID = 0,   /* inside the calibrated range */
-    OSTREL_LUT_OUTSIDE = 1, /* outside it, within its margin */
-    OSTREL_LUT_BELOW = 2,   /* below the low limit, clamped to it */
-    OSTREL_LUT_ABOVE = 4    /* above the high limit, clamped to it */
+    OSTREL_LUT_OUTSIDE = 1, /* outside it, within the margin: holds the server's value */
+    OSTREL_LUT_BELOW = 2,   /* below the low margin: holds the low margin's limit */
+    OSTREL_LUT_ABOVE = 4    /* above the high margin, or anywhere above the range when no value
+                               is: holds the high margin's limit */
 };
 
 /* ---- Records ------------------------------------------------------------------------------ */
 
-/* A factory calibration for one measurement range: 28 words of 32 bits, as the camera stores
-   them; temperatures in kelvin. */
+/* A factory calibration for one measurement range: 28 words of 32 bits, as the camera stores them;
+   temperatures in kelvin. The engine sends calKind, calCoef, calCoefExtra (not for kind 2),
+   countsLow, countsHigh, tempMinK, tempMaxK, calAux and integrationTime (truncated) to the server,
+   and bounds the table with the four limits; it keeps the other fields but does not use them. */
 typedef struct ostrel_factory_cal {
     uint32_t recordVersion;
     uint32_t cameraSerial;
@@ -119,31 +131,36 @@ typedef struct ostrel_factory_cal {
     uint32_t flags;
 } ostrel_factory_cal;
 
-/* The object and its surroundings: 20 words of 32 bits; temperatures in kelvin. */
+/* The object and its surroundings: 20 words of 32 bits; temperatures in kelvin. The engine sends
+   four fields to the server, objFactorA, objTempA, objFactorB and objTempB, and keeps the others
+   without using them. The C interface sends them to every preset's server object and again to the
+   new object of every preset loaded later, so set them before or after the factory calibrations:
+   the order does not matter here (it does in the C++ classes). */
 typedef struct ostrel_object_params {
-    uint32_t recordVersion;
-    float emissivity;
-    float distance;
-    float relativeHumidity;
-    float atmosphereTempK;
-    float reflectedTempK;
-    float windowTransmission;
-    float windowTempK;
-    float windowReflection;
-    float windowReflectedTempK;
-    float atmosphereTransmission;
-    float objFactorA; /* first correction ratio; 0 means 1 */
-    float opticsTransmission;
-    float objTempA; /* first correction temperature */
-    float objTempB; /* second correction temperature */
-    float opticsTempK;
-    uint32_t estimateAtmosphere;
-    float objFactorB; /* second correction ratio; 0 means 1 */
-    float spanLowK;
-    float spanHighK;
+    uint32_t recordVersion;       /* layout version of the record; not used by the engine */
+    float emissivity;             /* not used by the engine; the emissivity is objFactorA */
+    float distance;               /* lens to object, metres; not used by the engine */
+    float relativeHumidity;       /* of the air, 0 to 1; not used by the engine */
+    float atmosphereTempK;        /* not used by the engine; the air's temperature is objTempB */
+    float reflectedTempK;         /* not used by the engine; reflected temperature: objTempA */
+    float windowTransmission;     /* of a window in the path; not used by the engine */
+    float windowTempK;            /* of that window; not used by the engine */
+    float windowReflection;       /* of that window; not used by the engine */
+    float windowReflectedTempK;   /* of what that window reflects; not used by the engine */
+    float atmosphereTransmission; /* not used by the engine; the transmission is objFactorB */
+    float objFactorA;             /* emissivity of the object's surface; 0 is sent as 1 */
+    float opticsTransmission;     /* of external optics; not used by the engine */
+    float objTempA;               /* reflected temperature, sent in Celsius (0 as -273.15) */
+    float objTempB;               /* air temperature on the path, sent in Celsius (0 as -273.15) */
+    float opticsTempK;            /* of external optics; not used by the engine */
+    uint32_t estimateAtmosphere;  /* not used by the engine, which sends objFactorB as it is */
+    float objFactorB;             /* transmission of the air along the path; 0 is sent as 1 */
+    float spanLowK;               /* lowest temperature of interest; not used by the engine */
+    float spanHighK;              /* highest temperature of interest; not used by the engine */
 } ostrel_object_params;
 
 /* ---- The connection ----------------------------------------------------------------------- */
+/* Threads: see the engine section. */
 
 /* Connects (and lets go again) to see whether the server can be used: OSTREL_OK,
    OSTREL_NO_SERVER or OSTREL_SERVER_REFUSED. */
@@ -153,11 +170,26 @@ OSTREL_C_API ostrel_status ostrel_server_version(uint32_t* major, uint32_t* mino
 
 /* ---- The calibration engine --------------------------------------------------------------- */
 
-/* An engine: four presets, each with a factory calibration and a look-up table the server
-   computes. Use an engine on one thread at a time and destroy it on the thread that loaded it;
-   engines on different threads may be created, used and destroyed at the same time. A thread
-   that reaches the server (loads, table rebuilds, queries) must have initialised COM, unless it
-   is the first one the library uses: otherwise OSTREL_WRONG_THREAD.
+/* Threads, for engines, the connection and notifications. Calibration objects, an engine's
+   included, belong to the COM apartment of the thread that creates them: make an engine's calls
+   that reach the server (loads, object parameters, queries, and table rebuilds, which the first
+   conversion after a change makes) and its destruction on the thread that loads it, and its other
+   calls one at a time. Once the tables a conversion brings up to date are current, any number of
+   threads, COM or none, may convert through the engine at once, taking no lock, while no thread
+   changes it. Engines on different threads may run side by side: the C interface runs its calls
+   that reach the server one at a time; C++ engines take no lock, and calibration objects are
+   counted without one, so a C++ host makes and drops them (an engine's first server call,
+   SetBroadCal, destroying an engine, GetOstrelCal, copying or dropping a COstrelCal) one thread at
+   a time. Calls on the connection (COstrel, ostrel_check_connection, ostrel_server_version) may
+   come from any thread and run one at a time. Each thread that reaches the server initialises COM
+   first, except the first, for which the library does it (so it must not be in the multithreaded
+   apartment). Notifications arrive on the message thread (ostrel_attach_message_thread,
+   vz::messageQueueInvoker), which pumps messages: callbacks run there (or through the invoker they
+   were attached with), and subscriptions are made and ended there only. */
+
+/* An engine: four presets, each with a factory calibration and a look-up table the server computes.
+   A call that must reach the server from a thread without COM, once the library's apartment is
+   another thread's, answers OSTREL_WRONG_THREAD.
    Every OSTREL_OK answer is the one a new engine, given the same records, parameters, units and
    active presets, would give. When a call that changes a preset's server object fails part of
    the way, the preset answers OSTREL_RELOAD_NEEDED (and nothing else) until it is set again. */
@@ -179,9 +211,9 @@ OSTREL_C_API ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine,
 OSTREL_C_API ostrel_status ostrel_engine_get_factory_cal(ostrel_engine* engine, uint32_t preset,
                                                          ostrel_factory_cal* record);
 
-/* The object parameters, sent to every preset's server object, and to the object of every
-   preset loaded later. On failure every preset answers OSTREL_RELOAD_NEEDED until a set of the
-   object parameters succeeds. */
+/* Sends the object parameters to every preset's server object (see ostrel_object_params). On
+   failure every preset answers OSTREL_RELOAD_NEEDED until a set of the object parameters succeeds.
+ */
 OSTREL_C_API ostrel_status ostrel_engine_set_object_params(ostrel_engine* engine,
                                                            const ostrel_object_params* params);
 OSTREL_C_API ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine,
@@ -253,9 +285,8 @@ typedef struct ostrel_subscription ostrel_subscription;
 OSTREL_C_API ostrel_status ostrel_attach_message_thread(void);
 OSTREL_C_API ostrel_status ostrel_detach_message_thread(void);
 
-/* The token ends the subscription with ostrel_unsubscribe, which must not run while a callback
-   of the subscription is running on another thread. A token that is not live (already
-   unsubscribed, or never given) gets OSTREL_BAD_ARGUMENT. */
+/* The token ends the subscription with ostrel_unsubscribe. A token that is not live (already
+   unsubscribed, or never given) gets OSTREL_BAD_ARGUMENT. Threads: see the engine section. */
 OSTREL_C_API ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* context,
                                             ostrel_subscription** token);
 /* A null token is ignored. */

@@ -9,7 +9,10 @@
 namespace vz::reduce {
 
 // A camera's factory calibration for one measurement range, as the camera server's
-// calibration object loads it. Every field is one 32-bit word; temperatures are in kelvin.
+// calibration object loads it. Every field is one 32-bit word; temperatures are in kelvin. The
+// calibration engine sends calKind, calCoef, calCoefExtra, the counts and temperature limits,
+// calAux and integrationTime to the server, and bounds each table with the limits; it keeps the
+// other fields but does not use them.
 class VZ_REDUCE_API CQuilloFactoryCalReduceObject {
 public:
     // Zeroes every field.
@@ -18,29 +21,29 @@ public:
     CQuilloFactoryCalReduceObject(const CQuilloFactoryCalReduceObject& other);
     CQuilloFactoryCalReduceObject& operator=(const CQuilloFactoryCalReduceObject& other);
 
-    std::uint32_t recordVersion;  // layout version of the record
-    std::uint32_t cameraSerial;   // serial number of the calibrated camera
-    std::uint32_t lensId;         // lens fitted during calibration
-    std::uint32_t filterId;       // spectral filter fitted during calibration
-    std::uint32_t detectorWidth;  // detector columns
-    std::uint32_t detectorHeight; // detector rows
-    std::uint32_t calibrationDay; // day of calibration, counted from 1 January 2000
-    float housingTempK;           // camera housing temperature during calibration
-    float ambientTempK;           // laboratory air temperature during calibration
-    std::uint32_t checksum;       // sum of the words below, as the camera stores it
+    std::uint32_t recordVersion;  // layout version of the record; not used
+    std::uint32_t cameraSerial;   // serial number of the calibrated camera; not used
+    std::uint32_t lensId;         // lens fitted during calibration; not used
+    std::uint32_t filterId;       // spectral filter fitted during calibration; not used
+    std::uint32_t detectorWidth;  // detector columns; not used
+    std::uint32_t detectorHeight; // detector rows; not used
+    std::uint32_t calibrationDay; // day of calibration, from 1 January 2000; not used
+    float housingTempK;           // housing temperature during calibration; not used
+    float ambientTempK;           // laboratory air temperature then; not used
+    std::uint32_t checksum;       // sum of the words below, as stored; not checked
     std::uint32_t calKind;        // calibration model; 2 selects the second kind
     float calCoef[6];             // coefficients of the calibration model
-    float calCoefExtra;           // additional coefficient of the first kind of model
+    float calCoefExtra;           // additional coefficient; not sent for kind 2
     std::uint32_t countsLow;      // lowest detector count of the calibrated range
     std::uint32_t countsHigh;     // highest detector count of the calibrated range
     float tempMinK;               // lowest calibrated temperature
     float tempMaxK;               // highest calibrated temperature
     float calAux;                 // auxiliary model value
-    float integrationTime;        // detector integration time, microseconds
-    std::uint32_t rangeIndex;     // measurement range among the camera's ranges
-    float emissivityRef;          // emissivity of the reference black body
-    float shutterTempK;           // shutter temperature during calibration
-    std::uint32_t flags;          // bit 0: record verified by the camera
+    float integrationTime;        // detector integration time, microseconds; sent truncated
+    std::uint32_t rangeIndex;     // measurement range among the camera's ranges; not used
+    float emissivityRef;          // emissivity of the reference black body; not used
+    float shutterTempK;           // shutter temperature during calibration; not used
+    std::uint32_t flags;          // bit 0: record verified by the camera; not used
 };
 
 static_assert(std::is_standard_layout_v<CQuilloFactoryCalReduceObject>);

@@ -9,7 +9,9 @@
 namespace vz::reduce {
 
 // The measured object's surroundings, which the camera server folds into its temperatures.
-// Every field is one 32-bit word; temperatures are in kelvin.
+// Every field is one 32-bit word; temperatures are in kelvin. The calibration engine
+// (vz::CBroadCal::SetObjectParams, ostrel_engine_set_object_params) sends four fields to the
+// server: objFactorA, objTempA, objFactorB and objTempB. It keeps the others but does not use them.
 class VZ_REDUCE_API CObjectParametersReduceObject {
 public:
     // Zeroes every field.
@@ -18,26 +20,26 @@ public:
     CObjectParametersReduceObject(const CObjectParametersReduceObject& other);
     CObjectParametersReduceObject& operator=(const CObjectParametersReduceObject& other);
 
-    std::uint32_t recordVersion;      // layout version of the record
-    float emissivity;                 // emissivity of the object's surface
-    float distance;                   // distance from the lens to the object, metres
-    float relativeHumidity;           // relative humidity of the air, 0 to 1
-    float atmosphereTempK;            // air temperature along the path
-    float reflectedTempK;             // apparent temperature of what the object reflects
-    float windowTransmission;         // transmission of a window in the path
-    float windowTempK;                // temperature of that window
-    float windowReflection;           // reflection of that window
-    float windowReflectedTempK;       // apparent temperature of what the window reflects
-    float atmosphereTransmission;     // transmission of the air, when not estimated
-    float objFactorA;                 // first correction ratio; 0 means 1
-    float opticsTransmission;         // transmission of external optics
-    float objTempA;                   // first correction temperature
-    float objTempB;                   // second correction temperature
-    float opticsTempK;                // temperature of external optics
-    std::uint32_t estimateAtmosphere; // non-zero: estimate the air's transmission from the path
-    float objFactorB;                 // second correction ratio; 0 means 1
-    float spanLowK;                   // lowest temperature of interest
-    float spanHighK;                  // highest temperature of interest
+    std::uint32_t recordVersion;      // layout version of the record; not used by the engine
+    float emissivity;                 // not used by the engine; the emissivity is objFactorA
+    float distance;                   // lens to object, metres; not used by the engine
+    float relativeHumidity;           // of the air, 0 to 1; not used by the engine
+    float atmosphereTempK;            // not used by the engine; the air's temperature is objTempB
+    float reflectedTempK;             // not used by the engine; reflected temperature: objTempA
+    float windowTransmission;         // of a window in the path; not used by the engine
+    float windowTempK;                // of that window; not used by the engine
+    float windowReflection;           // of that window; not used by the engine
+    float windowReflectedTempK;       // of what that window reflects; not used by the engine
+    float atmosphereTransmission;     // not used by the engine; the transmission is objFactorB
+    float objFactorA;                 // emissivity of the object's surface; 0 is sent as 1
+    float opticsTransmission;         // of external optics; not used by the engine
+    float objTempA;                   // reflected temperature, sent in Celsius (0 as -273.15)
+    float objTempB;                   // air temperature on the path, sent in Celsius (0 as -273.15)
+    float opticsTempK;                // of external optics; not used by the engine
+    std::uint32_t estimateAtmosphere; // not used by the engine, which sends objFactorB as it is
+    float objFactorB;                 // transmission of the air along the path; 0 is sent as 1
+    float spanLowK;                   // lowest temperature of interest; not used by the engine
+    float spanHighK;                  // highest temperature of interest; not used by the engine
 };
 
 static_assert(std::is_standard_layout_v<CObjectParametersReduceObject>);
