@@ -13,14 +13,14 @@ cmake --preset mingw >/dev/null
 cmake --build --preset mingw
 
 trap stop_wine_servers EXIT
-for prefix in main bare crash lifetime; do
+for prefix in main bare crash lifetime registration; do
     prepare_wine_prefix build/mingw $prefix
 done
 ctest --preset mingw
 
 cmake --preset mingw-clang >/dev/null
 cmake --build --preset mingw-clang
-for prefix in main bare crash lifetime; do
+for prefix in main bare crash lifetime registration; do
     prepare_wine_prefix build/mingw-clang $prefix
 done
 ctest --preset mingw-clang

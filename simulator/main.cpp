@@ -1,6 +1,6 @@
-// camsim.exe: the camera-server simulator. "/RegServer" and "/UnregServer" manage its
-// registration; COM starts it with "-Embedding" to serve; "/Serve" serves until ended; "/Scene"
-// writes a synthetic frame of counts and its temperatures.
+// camsim.exe: the camera-server simulator. "/RegServer" ("/Force" to replace another server's
+// keys) and "/UnregServer" manage its registration; COM starts it with "-Embedding" to serve;
+// "/Serve" serves until ended; "/Scene" writes a synthetic frame of counts and its temperatures.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "display_name.h"
 #include "local_server.h"
 #include "registration.h"
 #include "scene_command.h"
@@ -42,6 +43,13 @@ int ReportRegistration(const char* command, const camsim::RegistrationResult& ou
     if (SUCCEEDED(outcome.result)) {
         return 0;
     }
+    if (outcome.refusing) {
+        PrintLine(std::string("camsim: ") + command + ": " +
+                  formats::Narrow(outcome.refusing->key) + " belongs to " +
+                  formats::Narrow(outcome.refusing->file) + "; camsim " + command +
+                  " /Force replaces it");
+        return 1;
+    }
     char line[256];
     std::snprintf(line, sizeof(line), "camsim: %s failed while %s (HRESULT 0x%08lX)", command,
                   outcome.step, static_cast<unsigned long>(outcome.result));
@@ -70,10 +78,16 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
         PrintLine(outcome.message);
         return outcome.exitCode;
     }
+    if (arguments && count == 3 && IsSwitch(arguments.get()[1], L"RegServer") &&
+        IsSwitch(arguments.get()[2], L"Force")) {
+        return ReportRegistration("/RegServer",
+                                  camsim::RegisterServer(camsim::ForeignKeys::kReplace));
+    }
     if (arguments && count == 2) {
         const wchar_t* argument = arguments.get()[1];
         if (IsSwitch(argument, L"RegServer")) {
-            return ReportRegistration("/RegServer", camsim::RegisterServer());
+            return ReportRegistration("/RegServer",
+                                      camsim::RegisterServer(camsim::ForeignKeys::kRefuse));
         }
         if (IsSwitch(argument, L"UnregServer")) {
             return ReportRegistration("/UnregServer", camsim::UnregisterServer());
@@ -85,7 +99,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
             return camsim::RunLocalServer(camsim::Lifetime::UntilEnded);
         }
     }
-    PrintLine("usage: camsim /RegServer | /UnregServer | /Serve | /Scene <frame.pgm> <truth.pfm> "
-              "[--width W] [--height H] (COM starts it with -Embedding)");
+    PrintLine("usage: camsim /RegServer [/Force] | /UnregServer | /Serve | /Scene <frame.pgm> "
+              "<truth.pfm> [--width W] [--height H] (COM starts it with -Embedding)");
     return 2;
 }
