@@ -69,6 +69,7 @@ TEST_P(LastErrorOfSlotFaults, NameTheFunctionTheMethodAndTheHresult) {
     const std::string expected = Expected(fault.function, status, fault.cause);
     const std::string said = ostrel_last_error();
     EXPECT_EQ(said.substr(0, expected.size()), expected);
+    EXPECT_EQ(said.find_first_of("\r\n"), std::string::npos) << "one line: " << said;
     if (fault.mode == 1) {
         EXPECT_TRUE(said.size() > expected.size() + 3 && said.substr(expected.size(), 2) == " (" &&
                     said.back() == ')')
