@@ -1,13 +1,11 @@
 #include <windows.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "boundary.h"
 #include "engine_access.h"
 #include "engine_handle.h"
-#include "record_files.h"
 #include "records.h"
 
 using c_interface::EngineResult;
@@ -19,8 +17,8 @@ using c_interface::WithServer;
 
 namespace {
 
-// A UTF-8 name as a path; empty when it is not UTF-8.
-std::filesystem::path PathFromUtf8(const char* name) {
+// A UTF-8 name in UTF-16; empty when it is not UTF-8.
+std::wstring WideFromUtf8(const char* name) {
     const int length = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, name, -1, nullptr, 0);
     if (length <= 1) {
         return {};
@@ -31,20 +29,16 @@ std::filesystem::path PathFromUtf8(const char* name) {
     return wide;
 }
 
-// Reads a record from a file named in UTF-8, noting why it can't.
-template <class Record, class Reader>
-bool ReadRecordFile(const char* name, Record& record, Reader read) {
-    const std::filesystem::path file = PathFromUtf8(name);
+// Reads a record from a file named in UTF-8 with the C++ interface's reader, which notes why it
+// can't.
+template <class Record>
+bool ReadRecordFile(const char* name, Record& record, bool (*read)(const wchar_t*, Record*)) {
+    const std::wstring file = WideFromUtf8(name);
     if (file.empty()) {
         failure_note::Write("the file name is empty or not UTF-8");
         return false;
     }
-    std::string error;
-    if (!read(file, record, error)) {
-        failure_note::Write(error.c_str());
-        return false;
-    }
-    return true;
+    return read(file.c_str(), &record);
 }
 
 // Loads a record into the preset. The preset's new object gets the object parameters the host
@@ -119,7 +113,7 @@ extern "C" ostrel_status ostrel_engine_load_factory_cal(ostrel_engine* engine, u
     }
     return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::FactoryCal record;
-        if (!ReadRecordFile(path, record, formats::ReadFactoryCal)) {
+        if (!ReadRecordFile(path, record, vz::ReadFactoryCalFile)) {
             return OSTREL_BAD_FILE;
         }
         return LoadPreset(*engine, preset, record);
@@ -157,7 +151,7 @@ extern "C" ostrel_status ostrel_engine_load_object_params(ostrel_engine* engine,
     }
     return WithServer(__func__, [&]() -> ostrel_status {
         c_interface::ObjectParams params;
-        if (!ReadRecordFile(path, params, formats::ReadObjectParams)) {
+        if (!ReadRecordFile(path, params, vz::ReadObjectParamsFile)) {
             return OSTREL_BAD_FILE;
         }
         return SendObjectParams(*engine, params);

@@ -7,6 +7,7 @@
 #include "module_state.h"
 
 IOsCalibration* CreateOstrelCal() {
+    failure_note::Clear();
     if (!EnsureComApartment()) {
         return nullptr;
     }

@@ -1,5 +1,7 @@
 #include "failure_note.h"
 
+#include <ostrel.h>
+
 #include <cstdio>
 #include <utility>
 
@@ -59,3 +61,7 @@ const std::string& Text() noexcept {
 }
 
 } // namespace failure_note
+
+const char* GetOstrelFailure() {
+    return failure_note::Text().c_str();
+}

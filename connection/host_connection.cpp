@@ -47,6 +47,7 @@ IOstrelHost* Abandon(ConnectionFailure failure) {
 } // namespace
 
 IOstrelHost* ConnectOstrel() {
+    failure_note::Clear();
     const SectionGuard connecting(gConnectionSection);
     if (gOstrelHost != nullptr) {
         ++gHostRefs;

@@ -1,7 +1,6 @@
 #include "engine_setup.h"
 
 #include "display_name.h"
-#include "record_files.h"
 
 namespace convert {
 namespace {
@@ -23,14 +22,16 @@ bool ReadCalibration(const Options& options, const PresetFlags& used,
         }
         const std::filesystem::path file =
             options.factoryCal[preset].value_or(samples / "factory_cal.txt");
-        if (!formats::ReadFactoryCal(file, calibration.records[preset].emplace(), error)) {
+        if (!vz::ReadFactoryCalFile(file.c_str(), &calibration.records[preset].emplace())) {
+            error = GetOstrelFailure();
             return false;
         }
         calibration.recordFiles[preset] = file;
     }
     calibration.objectParamsFile = options.objectParams.value_or(samples / "object_params.txt");
     vz::reduce::CObjectParametersReduceObject& params = calibration.objectParams;
-    if (!formats::ReadObjectParams(calibration.objectParamsFile, params, error)) {
+    if (!vz::ReadObjectParamsFile(calibration.objectParamsFile.c_str(), &params)) {
+        error = GetOstrelFailure();
         return false;
     }
     params.objFactorA = options.emissivity.value_or(params.objFactorA);

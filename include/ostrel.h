@@ -131,8 +131,16 @@ private:
 };
 
 // A handle to the connection, connecting first if needed; empty when the server can't be
-// reached, is too old, or is refused for the Pleora library on the search path.
+// reached, is too old, or is refused for the Pleora library on the search path, or the thread is
+// in the multithreaded apartment. GetOstrelFailure() says which.
 OSTREL_API COstrel GetOstrel();
+
+// Why the calling thread's latest failure happened, in one line: a connection or calibration
+// object refused (GetOstrel, COstrel::Get, GetOstrelCal), a server call an engine made that failed
+// ("CalComputeLUT (slot 9) failed: HRESULT 0x80004005 (...)"), a record file that could not be
+// read. GetOstrel, GetOstrelCal and the record readers empty it first; a call that fails for its
+// arguments alone leaves it as it was. The text stays valid until the thread's next library call.
+OSTREL_API const char* GetOstrelFailure();
 
 // ---- Calibration object handle -----------------------------------------------------------------
 
@@ -333,5 +341,19 @@ private:
     friend struct BroadCalAccess;
     BroadCalState* mState;
 };
+
+// ---- Record files ------------------------------------------------------------------------------
+// A record file holds one "name = value" line per field of the record, named as the record's
+// fields are ("calCoef0" .. "calCoef5" for calCoef); "#" starts a comment. Temperatures are in
+// kelvin, as the records hold them. The SDK's share/ostrel/samples holds one of each.
+
+// Fills record from the file; fields the file does not name keep their value, so start from a
+// zeroed record. False, with the file's name and the line in GetOstrelFailure(), when the file
+// can't be read, a name is unknown, a value is not a number of the field's kind, or a field is
+// given twice; the record may then hold some of the file's fields.
+OSTREL_API bool ReadFactoryCalFile(const wchar_t* file,
+                                   reduce::CQuilloFactoryCalReduceObject* record);
+OSTREL_API bool ReadObjectParamsFile(const wchar_t* file,
+                                     reduce::CObjectParametersReduceObject* params);
 
 } // namespace vz

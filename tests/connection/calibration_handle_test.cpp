@@ -4,6 +4,7 @@
 
 #include <objbase.h>
 
+#include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -136,14 +137,23 @@ TEST_F(CalibrationHandle, AServerThatRefusesGivesAnEmptyHandleUntilItAccepts) {
 TEST(CalibrationApartment, AThreadInTheMultithreadedApartmentGetsAnEmptyHandle) {
     ASSERT_FALSE(gComInitialized);
     bool empty = false;
+    std::string calFailure, hostFailure;
     std::thread worker([&] {
         ASSERT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
         COstrelCal cal = GetOstrelCal();
         empty = !cal;
+        calFailure = GetOstrelFailure();
+        EXPECT_FALSE(GetOstrel());
+        hostFailure = GetOstrelFailure();
         CoUninitialize();
     });
     worker.join();
     EXPECT_TRUE(empty);
+    // RPC_E_CHANGED_MODE, then the system's text for it.
+    const std::string expected =
+        "CoInitializeEx of a single-threaded apartment failed: HRESULT 0x80010106";
+    EXPECT_EQ(calFailure.substr(0, expected.size()), expected);
+    EXPECT_EQ(hostFailure.substr(0, expected.size()), expected);
     EXPECT_FALSE(gComInitialized);
 }
 

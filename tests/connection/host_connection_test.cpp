@@ -86,6 +86,18 @@ struct VersionCase {
     bool verboseLog = true; // a refusal is logged only when the log is verbose
 };
 
+// What GetOstrelFailure says after a GetOstrel with this case.
+std::string ExpectedFailure(const VersionCase& c) {
+    const std::string server = std::filesystem::path(c.server).string();
+    if (c.connects) {
+        return "";
+    }
+    if (c.cyCamLib == nullptr) { // without the library only the version floor refuses
+        return "the camera server is version " + server + ", older than 5.90.4";
+    }
+    return "the camera server's version does not match its CyCamLib.dll";
+}
+
 void PrintTo(const VersionCase& c, std::ostream* os) {
     *os << std::filesystem::path(c.server).string() << " with CyCamLib "
         << (c.cyCamLib ? c.cyCamLib : "absent") << (c.verboseLog ? "" : ", quiet log");
@@ -104,6 +116,7 @@ TEST_P(ConnectionRules, DecideWhetherTheServerIsUsed) {
     {
         COstrel host = GetOstrel();
         EXPECT_EQ(c.connects, static_cast<bool>(host));
+        EXPECT_EQ(ExpectedFailure(c), GetOstrelFailure());
         unsigned long major = 0, minor = 0, build = 0;
         EXPECT_EQ(c.connects, GetOstrelVersion(major, minor, build));
         const bool pleoraRefusal = !c.connects && c.cyCamLib != nullptr &&
@@ -113,6 +126,7 @@ TEST_P(ConnectionRules, DecideWhetherTheServerIsUsed) {
                   log.Lines());
         COstrel empty;
         EXPECT_EQ(c.connects, empty.Get());
+        EXPECT_EQ(ExpectedFailure(c), GetOstrelFailure());
     }
     ExpectNoConnectionState();
 }
