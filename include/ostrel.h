@@ -16,6 +16,7 @@
 #include <ostrel_server.h>
 #include <ostrel_types.h>
 #include <vz/event.h>
+#include <vz/invoker.h>
 #include <vz/reduce/factory_calibration.h>
 #include <vz/reduce/object_parameters.h>
 #include <vz/singleton.h>
