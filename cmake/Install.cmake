@@ -3,7 +3,7 @@
 #   development  headers, import libraries, the CMake package, the guides, the examples' sources;
 #   symbols      the PDBs of the shipped binaries (from the release build, by clang);
 #   tools        ostrel-convert and the C example's build;
-#   simulator    camsim.exe with its controls, ostrel-stress and the sample records.
+#   simulator    camsim.exe with its controls and their guide, ostrel-stress and the sample records.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS ostrel ostrel_headers ostrel_server_guids EXPORT ostrelTargets
@@ -23,8 +23,9 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/ostrelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/ostrelConfig.cmake ${CMAKE_BINARY_DIR}/ostrelConfigVersion.cmake
     DESTINATION lib/cmake/ostrel COMPONENT development)
-install(FILES README.md docs/host-guide.md docs/c-api.md DESTINATION share/doc/ostrel
-    COMPONENT development)
+install(FILES docs/sdk-readme.md DESTINATION . RENAME README.md COMPONENT development)
+install(FILES docs/host-guide.md docs/c-api.md DESTINATION share/doc/ostrel COMPONENT development)
+install(FILES docs/simulator.md DESTINATION share/doc/ostrel COMPONENT simulator)
 
 # Every zip with binaries carries the project's licence and the notices of the third-party code
 # inside them, as Debian ships them with the packages the build used: every binary holds the

@@ -7,17 +7,20 @@ says how:
                           interface's header (ostrel.h for C++, ostrel_c.h for C);
   <!-- given: DECLS -->   the same, with DECLS (comma-separated declarations) as the function's
                           parameters: the names the fragment takes from its surroundings;
-  <!-- program NAME -->   part of the program NAME: its blocks, in order, make NAME.cpp or NAME.c;
-  <!-- output NAME -->    (on a plain ``` block) what the program NAME prints, for its test.
+  <!-- program NAME -->   part of the program NAME: its blocks, in order, make NAME/NAME.cpp or
+                          NAME/NAME.c; on a ```cmake block, the program's NAME/CMakeLists.txt,
+                          with which a host builds it from the installed SDK;
+  <!-- output NAME -->    (on a plain ``` block) what the program NAME prints: NAME/output.txt.
 A fragment's #include lines go to the top of its file. #line directives make the compiler's
 messages name the document and line.
 
 usage: doc_snippets.py OUT_DIR DOCUMENT...
-Writes OUT_DIR/fragments.cpp, OUT_DIR/fragments.c, each program's source and output, and
-OUT_DIR/programs.cmake, which sets DOC_PROGRAMS to the programs' names.
+Writes OUT_DIR/fragments.cpp, OUT_DIR/fragments.c, a folder per program, and
+OUT_DIR/programs.cmake, which sets DOC_PROGRAMS to NAME:LANGUAGE of each program.
 """
 import pathlib
 import re
+import shutil
 import sys
 
 FENCE = re.compile(r"^```(\w*)\s*$")
@@ -74,15 +77,19 @@ def fragment(block, number, includes):
 
 def main(out_dir, documents):
     out = pathlib.Path(out_dir)
-    out.mkdir(parents=True, exist_ok=True)
+    shutil.rmtree(out, ignore_errors=True)  # no program a document no longer holds
+    out.mkdir(parents=True)
     fragments = {"cpp": [], "c": []}
     includes = {"cpp": list(PRELUDE["cpp"]), "c": list(PRELUDE["c"])}
-    programs, outputs = {}, {}
+    programs, outputs, projects = {}, {}, {}
     for document in documents:
         for block in blocks(document):
             kind, argument = block.directive or (None, "")
             if kind == "output":
                 outputs[argument] = block.text
+                continue
+            if kind == "program" and block.language == "cmake":
+                projects[argument] = block.text
                 continue
             if block.language not in ("c", "cpp"):
                 if kind is not None:
@@ -104,10 +111,15 @@ def main(out_dir, documents):
     for name, (language, text) in programs.items():
         if name not in outputs:
             sys.exit(f"program {name} has no output block")
-        (out / f"{name}.{language}").write_text("\n".join(text) + "\n", encoding="utf-8")
-        (out / f"{name}.txt").write_text("\n".join(outputs[name]) + "\n", encoding="utf-8")
-    for name in outputs.keys() - programs.keys():
-        sys.exit(f"an output block for {name}, which no program has")
+        folder = out / name
+        folder.mkdir(exist_ok=True)
+        (folder / f"{name}.{language}").write_text("\n".join(text) + "\n", encoding="utf-8")
+        (folder / "output.txt").write_text("\n".join(outputs[name]) + "\n", encoding="utf-8")
+        if name in projects:
+            (folder / "CMakeLists.txt").write_text("\n".join(projects[name]) + "\n",
+                                                   encoding="utf-8")
+    for name in (outputs.keys() | projects.keys()) - programs.keys():
+        sys.exit(f"an output or CMake block for {name}, which no program has")
     listing = " ".join(f"{name}:{language}" for name, (language, _) in sorted(programs.items()))
     (out / "programs.cmake").write_text(f"set(DOC_PROGRAMS {listing})\n", encoding="utf-8")
 

@@ -26,7 +26,7 @@ class DocumentPrograms : public testing::TestWithParam<std::string> {};
 TEST_P(DocumentPrograms, PrintWhatTheDocumentShows) {
     const std::string name = GetParam();
     std::stringstream expected;
-    expected << std::ifstream(std::string(DOC_SNIPPETS_DIR) + "/" + name + ".txt").rdbuf();
+    expected << std::ifstream(std::string(DOC_SNIPPETS_DIR) + "/" + name + "/output.txt").rdbuf();
     const testfiles::ScratchFolder work{L"doc-program"};
     testfiles::ProgramResult result =
         testfiles::RunProgram(L"doc_" + std::wstring(name.begin(), name.end()) + L".exe",

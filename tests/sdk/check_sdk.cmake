@@ -1,12 +1,14 @@
 # Packs the SDK into its zips and checks that there is one per component and that the runtime
 # zip, which hosts ship, holds only the runtime; unpacks the runtime and development zips into
 # one scratch folder, builds tests/sdk/host against it with find_package of exactly this version,
-# and runs the host beside the SDK's DLLs under Wine.
+# and runs the host beside the SDK's DLLs under Wine. Then, with the simulator's zip unpacked
+# there too, builds each program of the documents that comes with its CMakeLists.txt as the
+# documents say, and runs it with the SDK's sample records: it must print what they show.
 include(${CMAKE_CURRENT_LIST_DIR}/sdk_script.cmake)
-sdk_require(BUILD_DIR SOURCE_DIR WINE_RUN CPACK VERSION COMPONENTS)
+sdk_require(BUILD_DIR SOURCE_DIR WINE_RUN CPACK VERSION COMPONENTS SNIPPETS_DIR)
 sdk_scratch(sdk-check)
 
-sdk_pack(sdk COMPONENTS runtime development)
+sdk_pack(sdk COMPONENTS runtime development simulator)
 set(sdk ${scratch}/sdk)
 file(GLOB zips RELATIVE ${scratch}/sdk-package ${scratch}/sdk-package/*.zip)
 list(SORT zips)
@@ -42,3 +44,25 @@ if(NOT run_output MATCHES "calibration object answered")
     message(FATAL_ERROR "unexpected host output: ${run_output}")
 endif()
 message(STATUS "${run_output}")
+
+file(GLOB projects ${SNIPPETS_DIR}/*/CMakeLists.txt)
+if(NOT projects)
+    message(FATAL_ERROR "no program of the documents in ${SNIPPETS_DIR} comes with a CMakeLists.txt")
+endif()
+foreach(project ${projects})
+    get_filename_component(source ${project} DIRECTORY)
+    get_filename_component(name ${source} NAME)
+    set(build ${scratch}/${name})
+    sdk_run(${CMAKE_COMMAND} -S ${source} -B ${build}
+        -DCMAKE_TOOLCHAIN_FILE=${SOURCE_DIR}/cmake/mingw-w64.cmake
+        -Dostrel_DIR=${sdk}/lib/cmake/ostrel -DCMAKE_BUILD_TYPE=Release)
+    sdk_run(${CMAKE_COMMAND} --build ${build})
+    file(COPY ${dlls} DESTINATION ${build})
+    sdk_run(${WINE_RUN} ${build}/${name}.exe Z:${sdk}/share/ostrel/samples)
+    string(REPLACE "\r" "" printed "${run_output}")
+    file(READ ${source}/output.txt expected)
+    if(NOT printed STREQUAL expected)
+        message(FATAL_ERROR "${name} printed:\n${printed}\nThe document shows:\n${expected}")
+    endif()
+endforeach()
+
