@@ -66,3 +66,10 @@ foreach(project ${projects})
     endif()
 endforeach()
 
+
+# The simulator finds the SDK's sample records from its own place, wherever it is run from.
+sdk_run(${WINE_RUN} ${sdk}/bin/camsim.exe /Scene Z:${scratch}/scene.pgm Z:${scratch}/truth.pfm
+    --width 64 --height 48)
+if(NOT run_output MATCHES "^Scene 64x48: min " OR NOT EXISTS ${scratch}/scene.pgm)
+    message(FATAL_ERROR "camsim /Scene in the SDK: ${run_output}")
+endif()
