@@ -2,7 +2,8 @@
    hosts built with any compiler or in any language that can call a C function in a DLL. Every
    function but ostrel_status_text, ostrel_version and ostrel_last_error returns an ostrel_status
    (ostrel_status_text names it, ostrel_last_error says why it is not OSTREL_OK) and none throws.
-   Text in and out is UTF-8. Plain C99; it compiles as C++ too. See docs/c-api.md. */
+   Text in and out is UTF-8. Plain C99; it compiles as C++ too. See c-api.md (share/doc/ostrel in
+   the SDK). */
 #ifndef OSTREL_C_H
 #define OSTREL_C_H
 
@@ -33,7 +34,7 @@ enum {
     OSTREL_BAD_FILE = 6,           /* a record file can't be read or is malformed */
     OSTREL_OUT_OF_MEMORY = 7,
     OSTREL_WRONG_THREAD = 8, /* not on this thread: see the function, and the thread rules in
-                                docs/c-api.md (initialise COM on each thread you call from) */
+                                c-api.md (initialise COM on each thread you call from) */
     OSTREL_RELOAD_NEEDED = 9 /* the preset's last factory calibration, or the last object
                                 parameters, failed to load: set them again */
 };
@@ -285,11 +286,11 @@ typedef struct ostrel_subscription ostrel_subscription;
 OSTREL_C_API ostrel_status ostrel_attach_message_thread(void);
 OSTREL_C_API ostrel_status ostrel_detach_message_thread(void);
 
-/* The token ends the subscription with ostrel_unsubscribe. A token that is not live (already
-   unsubscribed, or never given) gets OSTREL_BAD_ARGUMENT. Threads: see the engine section. */
+/* The token ends the subscription with ostrel_unsubscribe. Threads: see the engine section. */
 OSTREL_C_API ostrel_status ostrel_subscribe(ostrel_event_callback callback, void* context,
                                             ostrel_subscription** token);
-/* A null token is ignored. */
+/* A null token is ignored; a token that is not live (already unsubscribed, or never given) gets
+   OSTREL_BAD_ARGUMENT. */
 OSTREL_C_API ostrel_status ostrel_unsubscribe(ostrel_subscription* token);
 
 #ifdef __cplusplus
