@@ -3,6 +3,7 @@
 // look-up, and for narrow integers a look-up in a table already converted to the output type.
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -30,15 +31,9 @@ struct Frame {
 
 const Frame kFrames[] = {{640, 512}, {4096, 3072}};
 
-// Every kernel set, measured in the same run so that the load of the machine spreads over all.
-struct Path {
-    const char* name;
-    const typed::KernelSet* kernels;
-    typed::InstructionSet needs;
-};
-const Path kPaths[] = {{"sse2", &typed::kSse2Kernels, typed::InstructionSet::kSse2},
-                       {"avx2", &typed::kAvx2Kernels, typed::InstructionSet::kAvx2},
-                       {"avx512", &typed::kAvx512Kernels, typed::InstructionSet::kAvx512}};
+// Every kernel variant, measured in the same run so that the load of the machine spreads over all.
+using Path = typed::KernelVariant;
+const std::span<const Path> kPaths = typed::KernelVariants();
 
 // One current Celsius table for every preset: nothing is ever rebuilt, as in a steady stream of
 // frames.

@@ -9,9 +9,10 @@
 //              8-byte table entry and split out in registers.
 // Names: <family>-<variant>/<frame>. Only ratios within one run count: memory bandwidth on shared
 // machines moves by 15 % between runs.
-#include <cstdint>
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -74,8 +75,6 @@ Data& DataFor(const Frame& frame) {
     return frame.width == kFrames[0].width ? small : large;
 }
 
-using Loop = void (*)(Data& d, std::size_t n);
-
 // ---- Streaming: no table ---------------------------------------------------------------------
 
 void StreamScalar(Data& d, std::size_t n) {
@@ -86,7 +85,8 @@ void StreamScalar(Data& d, std::size_t n) {
     }
 }
 
-template <bool kNonTemporal> __attribute__((target("avx2"))) void StreamAvx2(Data& d, std::size_t n) {
+template <bool kNonTemporal>
+__attribute__((target("avx2"))) void StreamAvx2(Data& d, std::size_t n) {
     const std::uint16_t* in = d.counts.data();
     float* out = d.out;
     std::size_t k = 0;
@@ -199,7 +199,7 @@ __attribute__((target("avx2"))) void LookupSoftwareAvx2(Data& d, std::size_t n) 
 
 template <bool kNonTemporal>
 __attribute__((target("avx512f,avx512bw,avx512dq"))) void LookupSoftwareAvx512(Data& d,
-                                                                              std::size_t n) {
+                                                                               std::size_t n) {
     const std::uint16_t* in = d.counts.data();
     const float* lut = d.values.data();
     float* out = d.out;
@@ -283,7 +283,8 @@ __attribute__((target("avx2"))) void StatusSoftwareInEntry(Data& d, std::size_t 
         // value, status pairs of four pixels each; permuted into four values then four statuses.
         const __m256i a = _mm256_permutevar8x32_epi32(Entries4(entries, low), oddLanes);
         const __m256i b = _mm256_permutevar8x32_epi32(Entries4(entries, high), oddLanes);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k), _mm256_permute2x128_si256(a, b, 0x20));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k),
+                            _mm256_permute2x128_si256(a, b, 0x20));
         const __m256i marks = _mm256_permute2x128_si256(a, b, 0x31); // eight 32-bit statuses
         const __m128i packed16 =
             _mm_packus_epi32(_mm256_castsi256_si128(marks), _mm256_extracti128_si256(marks, 1));
@@ -308,51 +309,53 @@ struct TableEngine {
     bool IsPresetActive(unsigned char) const { return true; }
 };
 
-template <bool kWithStatus> void RunKernel(Data& d, std::size_t n, const typed::KernelSet& set) {
+void RunKernel(Data& d, std::size_t n, const typed::KernelSet& set, bool withStatus) {
     TableEngine engine{&d};
     const typed::FixedLut luts = typed::UniformPreset<TableEngine>{engine, 0}.Luts();
     const UnitConversion none = UnitConversionFor(eCelsius, eCelsius);
     typed::TableFor(set, luts)[UInt16][Float](luts, d.counts.data(), d.out,
                                               static_cast<ApiUInt32>(n),
-                                              kWithStatus ? d.outStatus.data() : nullptr, none);
+                                              withStatus ? d.outStatus.data() : nullptr, none);
 }
 
 struct Variant {
-    const char* name;
-    Loop loop;
+    std::string name;
+    std::function<void(Data&, std::size_t)> loop;
     typed::InstructionSet needs;
 };
 
-const Variant kVariants[] = {
-    {"Stream-scalar", StreamScalar, typed::InstructionSet::kSse2},
-    {"Stream-avx2", StreamAvx2<false>, typed::InstructionSet::kAvx2},
-    {"Stream-avx2-nt", StreamAvx2<true>, typed::InstructionSet::kAvx2},
-    {"Stream-avx512", StreamAvx512<false>, typed::InstructionSet::kAvx512},
-    {"Stream-avx512-nt", StreamAvx512<true>, typed::InstructionSet::kAvx512},
-    {"Lookup-scalar", LookupScalar, typed::InstructionSet::kSse2},
-    {"Lookup-avx2-gather", LookupGatherAvx2, typed::InstructionSet::kAvx2},
-    {"Lookup-avx512-gather", LookupGatherAvx512, typed::InstructionSet::kAvx512},
-    {"Lookup-avx2-software", LookupSoftwareAvx2<false>, typed::InstructionSet::kAvx2},
-    {"Lookup-avx2-software-nt", LookupSoftwareAvx2<true>, typed::InstructionSet::kAvx2},
-    {"Lookup-avx512-software", LookupSoftwareAvx512<false>, typed::InstructionSet::kAvx512},
-    {"Lookup-avx512-software-nt", LookupSoftwareAvx512<true>, typed::InstructionSet::kAvx512},
-    {"Status-scalar-two-tables", StatusScalarTwoTables, typed::InstructionSet::kSse2},
-    {"Status-avx2-software-two-tables", StatusSoftwareTwoTables, typed::InstructionSet::kAvx2},
-    {"Status-avx2-software-in-entry", StatusSoftwareInEntry, typed::InstructionSet::kAvx2},
-    {"Kernel-sse2", [](Data& d, std::size_t n) { RunKernel<false>(d, n, typed::kSse2Kernels); },
-     typed::InstructionSet::kSse2},
-    {"Kernel-avx2", [](Data& d, std::size_t n) { RunKernel<false>(d, n, typed::kAvx2Kernels); },
-     typed::InstructionSet::kAvx2},
-    {"Kernel-avx512",
-     [](Data& d, std::size_t n) { RunKernel<false>(d, n, typed::kAvx512Kernels); },
-     typed::InstructionSet::kAvx512},
-    {"Kernel-avx2-status",
-     [](Data& d, std::size_t n) { RunKernel<true>(d, n, typed::kAvx2Kernels); },
-     typed::InstructionSet::kAvx2},
-    {"Kernel-avx512-status",
-     [](Data& d, std::size_t n) { RunKernel<true>(d, n, typed::kAvx512Kernels); },
-     typed::InstructionSet::kAvx512},
-};
+// The loops above, then the dispatched kernels of every kernel variant, with and without status
+// bytes: Kernel-<variant> and Kernel-<variant>-status.
+std::vector<Variant> Variants() {
+    using typed::InstructionSet;
+    std::vector<Variant> variants = {
+        {"Stream-scalar", StreamScalar, InstructionSet::kSse2},
+        {"Stream-avx2", StreamAvx2<false>, InstructionSet::kAvx2},
+        {"Stream-avx2-nt", StreamAvx2<true>, InstructionSet::kAvx2},
+        {"Stream-avx512", StreamAvx512<false>, InstructionSet::kAvx512},
+        {"Stream-avx512-nt", StreamAvx512<true>, InstructionSet::kAvx512},
+        {"Lookup-scalar", LookupScalar, InstructionSet::kSse2},
+        {"Lookup-avx2-gather", LookupGatherAvx2, InstructionSet::kAvx2},
+        {"Lookup-avx512-gather", LookupGatherAvx512, InstructionSet::kAvx512},
+        {"Lookup-avx2-software", LookupSoftwareAvx2<false>, InstructionSet::kAvx2},
+        {"Lookup-avx2-software-nt", LookupSoftwareAvx2<true>, InstructionSet::kAvx2},
+        {"Lookup-avx512-software", LookupSoftwareAvx512<false>, InstructionSet::kAvx512},
+        {"Lookup-avx512-software-nt", LookupSoftwareAvx512<true>, InstructionSet::kAvx512},
+        {"Status-scalar-two-tables", StatusScalarTwoTables, InstructionSet::kSse2},
+        {"Status-avx2-software-two-tables", StatusSoftwareTwoTables, InstructionSet::kAvx2},
+        {"Status-avx2-software-in-entry", StatusSoftwareInEntry, InstructionSet::kAvx2}};
+    for (const typed::KernelVariant& kernel : typed::KernelVariants()) {
+        for (const bool withStatus : {false, true}) {
+            variants.push_back(
+                {std::string("Kernel-") + kernel.name + (withStatus ? "-status" : ""),
+                 [&kernel, withStatus](Data& d, std::size_t n) {
+                     RunKernel(d, n, *kernel.kernels, withStatus);
+                 },
+                 kernel.needs});
+        }
+    }
+    return variants;
+}
 
 void Run(benchmark::State& state, const Variant& variant, const Frame& frame) {
     if (typed::SupportedInstructionSet() < variant.needs) {
@@ -366,9 +369,9 @@ void Run(benchmark::State& state, const Variant& variant, const Frame& frame) {
     }
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * frame.Pixels()));
     // A fast loop that gives other results measures nothing.
-    const bool streams = std::string(variant.name).starts_with("Stream");
-    const bool marks = std::string(variant.name).find("status") != std::string::npos ||
-                       std::string(variant.name).starts_with("Status");
+    const bool streams = variant.name.starts_with("Stream");
+    const bool marks =
+        variant.name.find("status") != std::string::npos || variant.name.starts_with("Status");
     for (std::size_t k = 0; k < frame.Pixels(); ++k) {
         const std::uint16_t count = d.counts[k];
         const float expected = streams ? static_cast<float>(count) : d.values[count];
@@ -386,14 +389,16 @@ void Run(benchmark::State& state, const Variant& variant, const Frame& frame) {
 
 int main(int argc, char** argv) {
     using namespace vz::bench;
+    static const std::vector<Variant> variants = Variants();
     for (const Frame& frame : kFrames) {
-        for (const Variant& variant : kVariants) {
-            const std::string name = std::string(variant.name) + "/" + frame.Name();
+        for (const Variant& variant : variants) {
+            const std::string name = variant.name + "/" + frame.Name();
             benchmark::RegisterBenchmark(name.c_str(), [&variant, frame](benchmark::State& s) {
                 Run(s, variant, frame);
             })->UseRealTime();
         }
     }
+    benchmark::AddCustomContext("chosen kernel variant", vz::typed::ChosenVariant().name);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;

@@ -6,7 +6,7 @@ import sys
 
 TYPES = ["Int8", "UInt8", "Int16", "UInt16", "Int32", "UInt32", "Int64", "UInt64", "Float", "Double"]
 FRAMES = ["640x512", "4096x3072"]
-PATHS = ["sse2", "avx2", "avx512"]
+PATHS = ["sse2", "avx2", "avx2-gather", "avx512", "avx512-gather"]
 
 
 def best_rates(path):

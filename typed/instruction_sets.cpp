@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
+#include <vector>
 
 #if defined(_MSC_VER)
 #include <intrin.h>
@@ -9,6 +10,7 @@
 #endif
 
 #include "kernel_set.h"
+#include "variant_timing.h"
 
 namespace vz::typed {
 namespace {
@@ -62,42 +64,48 @@ InstructionSet Detected() {
     return InstructionSet::kSse2;
 }
 
-// AVX-512 only when asked for: its gathers lost to AVX2's loads on the processor we measured
-// (bench/README.md).
-InstructionSet Requested(InstructionSet supported) {
+constexpr KernelVariant kVariants[] = {
+    {"sse2", InstructionSet::kSse2, &kSse2Kernels},
+    {"avx2", InstructionSet::kAvx2, &kAvx2Kernels},
+    {"avx2-gather", InstructionSet::kAvx2, &kAvx2GatherKernels},
+    {"avx512", InstructionSet::kAvx512, &kAvx512Kernels},
+    {"avx512-gather", InstructionSet::kAvx512, &kAvx512GatherKernels}};
+
+const KernelVariant& Choose() {
     const char* name = std::getenv("OSTREL_CPU");
     const std::string_view asked = name == nullptr ? "" : name;
-    const InstructionSet limit = asked == "sse2"     ? InstructionSet::kSse2
-                                 : asked == "avx512" ? InstructionSet::kAvx512
-                                                     : InstructionSet::kAvx2;
-    return std::min(limit, supported);
+    InstructionSet limit = InstructionSet::kAvx512;
+    for (const KernelVariant& variant : kVariants) {
+        if (asked == variant.name) {
+            if (variant.needs <= SupportedInstructionSet()) {
+                return variant;
+            }
+            limit = variant.needs;
+        }
+    }
+    std::vector<const KernelVariant*> candidates;
+    for (const KernelVariant& variant : kVariants) {
+        if (variant.needs <= std::min(limit, SupportedInstructionSet())) {
+            candidates.push_back(&variant);
+        }
+    }
+    return FastestVariant(candidates);
 }
 
 } // namespace
+
+std::span<const KernelVariant> KernelVariants() {
+    return kVariants;
+}
 
 InstructionSet SupportedInstructionSet() {
     static const InstructionSet supported = Detected();
     return supported;
 }
 
-InstructionSet ChosenInstructionSet() {
-    static const InstructionSet chosen = Requested(SupportedInstructionSet());
+const KernelVariant& ChosenVariant() {
+    static const KernelVariant& chosen = Choose();
     return chosen;
-}
-
-const KernelSet& ChosenKernels() {
-    static const KernelSet& kernels = []() -> const KernelSet& {
-        switch (ChosenInstructionSet()) {
-        case InstructionSet::kAvx512:
-            return kAvx512Kernels;
-        case InstructionSet::kAvx2:
-            return kAvx2Kernels;
-        case InstructionSet::kSse2:
-            break;
-        }
-        return kSse2Kernels;
-    }();
-    return kernels;
 }
 
 } // namespace vz::typed

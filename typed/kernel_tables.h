@@ -1,5 +1,5 @@
-// The kernel set of the instruction set this translation unit is compiled for, built at compile
-// time: one LookUpPixels instance per table source and type pair.
+// The kernel sets of the instruction set this translation unit is compiled for, built at compile
+// time: one LookUpPixels instance per table source, way of fetching and type pair.
 #pragma once
 
 #include <cstddef>
@@ -11,21 +11,22 @@
 
 OSTREL_ISA_BEGIN
 
-template <class Source, class In, std::size_t... OutCodes>
+template <class Source, Fetch kFetch, class In, std::size_t... OutCodes>
 constexpr std::array<LookUpKernel<Source>, kDataTypeCount>
 KernelRow(std::index_sequence<OutCodes...>) {
-    return {&LookUpPixels<Source, In, ElementType<OutCodes>>...};
+    return {&LookUpPixels<Source, kFetch, In, ElementType<OutCodes>>...};
 }
 
-template <class Source, std::size_t... InCodes>
+template <class Source, Fetch kFetch, std::size_t... InCodes>
 constexpr LookUpTable<Source> BuildTable(std::index_sequence<InCodes...> codes) {
-    return {{KernelRow<Source, ElementType<InCodes>>(codes)...}};
+    return {{KernelRow<Source, kFetch, ElementType<InCodes>>(codes)...}};
 }
 
-template <class Source>
+template <class Source, Fetch kFetch = Fetch::kLoads>
 inline constexpr LookUpTable<Source>
-    kLookUpTable = BuildTable<Source>(std::make_index_sequence<kDataTypeCount>{});
+    kLookUpTable = BuildTable<Source, kFetch>(std::make_index_sequence<kDataTypeCount>{});
 
+// Tables that differ per pixel are read an element at a time in every set.
 inline constexpr KernelSet kKernels = {&kLookUpTable<FixedLut>, &kLookUpTable<MappedLuts>,
                                        &kLookUpTable<KeyedLuts>};
 

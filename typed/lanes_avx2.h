@@ -1,7 +1,7 @@
 // Eight pixels at a time with AVX2: indices, unit conversion and stores in whole registers; the
-// table entries are loaded one by one, as the gather instruction is slower than eight loads on
-// the processors we measured (bench/README.md). Loads and stores are unaligned, and no vector is
-// kept in an array: see the note where the flags are set.
+// table entries loaded one by one, or one preset's gathered. Status bytes are always loaded one by
+// one: a gather of 32-bit words would read past the end of the table. Loads and stores are
+// unaligned, and no vector is kept in an array: see the note where the flags are set.
 #pragma once
 
 #include <cstddef>
@@ -48,15 +48,18 @@ struct Lanes {
         return indices;
     }
 
-    template <class Source>
+    template <Fetch kFetch, class Source>
     static __m256 Values(const Source& luts, std::size_t k, const Indices& i) {
+        if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
+            const __m256i at = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(i.at));
+            return _mm256_i32gather_ps(luts.lut.values, at, 4);
+        }
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[i.at[j]]; };
         return _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4), value(5), value(6),
                               value(7));
     }
 
-    // Status bytes one by one: a gather of 32-bit words would read past the end of the table.
-    template <class Source>
+    template <Fetch, class Source>
     static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k,
                             const Indices& i) {
         unsigned char marks[kCount];

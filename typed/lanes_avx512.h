@@ -1,7 +1,7 @@
 // Sixteen pixels at a time with AVX-512 (the foundation set, AVX512F, only): indices, unit
-// conversion and stores in whole registers, and for a uniform preset the table entries and status
-// bytes gathered. Loads and stores are unaligned, and no vector is kept in an array: see the note
-// where the flags are set.
+// conversion and stores in whole registers; the table entries and status bytes loaded one by one,
+// or one preset's gathered. Loads and stores are unaligned, and no vector is kept in an array: see
+// the note where the flags are set.
 #pragma once
 
 #include <cstddef>
@@ -66,23 +66,37 @@ struct Lanes {
         }
     }
 
-    // One preset's table is gathered from; a table per pixel is read entry by entry.
-    static __m512 Values(const FixedLut& luts, std::size_t, __m512i i) {
-        return _mm512_i32gather_ps(i, luts.lut.values, 4);
-    }
-    template <class Source> static __m512 Values(const Source& luts, std::size_t k, __m512i i) {
-        std::uint32_t at[kCount];
-        _mm512_storeu_si512(at, i);
-        float values[kCount];
-        for (std::size_t j = 0; j < kCount; ++j) {
-            values[j] = LutAt(luts, k + j).values[at[j]];
+    template <Fetch kFetch, class Source>
+    static __m512 Values(const Source& luts, std::size_t k, __m512i i) {
+        if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
+            return _mm512_i32gather_ps(i, luts.lut.values, 4);
         }
-        return _mm512_loadu_ps(values);
+        const Packed at = Pack(i);
+        const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at.Index(j)]; };
+        // Lanes put together in registers: sixteen scalar stores read back as one vector would
+        // wait for each store to reach the cache.
+        const __m256 low = _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4),
+                                          value(5), value(6), value(7));
+        const __m256 high = _mm256_setr_ps(value(8), value(9), value(10), value(11), value(12),
+                                           value(13), value(14), value(15));
+        return _mm512_castpd_ps(_mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(low)),
+                                                   _mm256_castps_pd(high), 1));
     }
 
-    // Status bytes gathered as 32-bit words, of which the low byte is kept. A word at one of the
-    // table's last three indices would reach past its end: those lanes are read alone.
-    static void StoreStatus(unsigned char* status, const FixedLut& luts, std::size_t, __m512i i) {
+    // Gathered status bytes come as 32-bit words, of which the low byte is kept. A word at one of
+    // the table's last three indices would reach past its end: those lanes are read alone.
+    template <Fetch kFetch, class Source>
+    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m512i i) {
+        if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
+            StoreGatheredStatus(status, luts, i);
+            return;
+        }
+        const Packed at = Pack(i);
+        for (std::size_t j = 0; j < kCount; ++j) {
+            status[j] = LutAt(luts, k + j).status[at.Index(j)];
+        }
+    }
+    static void StoreGatheredStatus(unsigned char* status, const FixedLut& luts, __m512i i) {
         const __mmask16 inside = _mm512_cmple_epu32_mask(i, _mm512_set1_epi32(kLutSize - 4));
         const __m512i words =
             _mm512_mask_i32gather_epi32(_mm512_setzero_si512(), inside, i, luts.lut.status, 1);
@@ -93,14 +107,6 @@ struct Lanes {
             for (std::size_t j = 0; j < kCount; ++j) {
                 status[j] = luts.lut.status[at[j]];
             }
-        }
-    }
-    template <class Source>
-    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m512i i) {
-        std::uint32_t at[kCount];
-        _mm512_storeu_si512(at, i);
-        for (std::size_t j = 0; j < kCount; ++j) {
-            status[j] = LutAt(luts, k + j).status[at[j]];
         }
     }
 
@@ -159,6 +165,20 @@ struct Lanes {
     }
 
 private:
+    // Sixteen indices of 16 bits, four to a 64-bit word: read a word at a time and taken apart
+    // with shifts, they cost a quarter of the extractions from the vector one by one.
+    struct Packed {
+        std::uint64_t words[4];
+        std::uint32_t Index(std::size_t j) const {
+            return static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
+        }
+    };
+    static Packed Pack(__m512i i) {
+        Packed packed;
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(packed.words), _mm512_cvtepi32_epi16(i));
+        return packed;
+    }
+
     static __m256 Low(__m512 t) { return _mm512_castps512_ps256(t); }
     static __m256 High(__m512 t) {
         return _mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(t), 1));

@@ -28,13 +28,14 @@ struct Lanes {
         return indices;
     }
 
-    template <class Source>
+    // SSE2 has no gather: both ways of fetching are loads.
+    template <Fetch, class Source>
     static __m128 Values(const Source& luts, std::size_t k, const Indices& i) {
         return _mm_setr_ps(LutAt(luts, k).values[i.at[0]], LutAt(luts, k + 1).values[i.at[1]],
                            LutAt(luts, k + 2).values[i.at[2]], LutAt(luts, k + 3).values[i.at[3]]);
     }
 
-    template <class Source>
+    template <Fetch, class Source>
     static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k,
                             const Indices& i) {
         const unsigned char marks[4] = {

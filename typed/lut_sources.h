@@ -8,6 +8,11 @@
 
 namespace vz::typed {
 
+// How a group of lanes reads one preset's table: an element at a time (scalar loads, the lanes
+// put together in registers), or with the processor's gather instruction. Which is faster depends
+// on the processor; tables that differ per pixel are always read an element at a time.
+enum class Fetch { kLoads, kGather };
+
 // The temperature and status tables one pixel is looked up in.
 struct LutPair {
     const float* values;

@@ -1,6 +1,6 @@
-// The kernel set the environment forces is the one the dispatchers use, where the processor and
-// the system have it; these tests run once per set, and once unforced. Detection itself agrees with
-// the compiler's.
+// The kernel variant the environment forces is the one the dispatchers use, where the processor
+// and the system have its set; these tests run once per variant, and once unforced. Detection
+// itself agrees with the compiler's.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -14,34 +14,39 @@ namespace {
 
 using typed::InstructionSet;
 
-TEST(InstructionSet, TheForcedSetIsTheOneInUse) {
+TEST(InstructionSet, TheForcedVariantIsTheOneInUse) {
     const char* forced = std::getenv("OSTREL_CPU");
+    const typed::KernelVariant& chosen = typed::ChosenVariant();
+    EXPECT_LE(chosen.needs, typed::SupportedInstructionSet());
+    EXPECT_EQ(&typed::ChosenKernels(), chosen.kernels);
     if (forced == nullptr) {
-        // Unforced, AVX-512 is left out: it does not pay on the processors measured.
-        EXPECT_EQ(typed::ChosenInstructionSet(),
-                  std::min(typed::SupportedInstructionSet(), InstructionSet::kAvx2));
-        return;
+        return; // the fastest here, which only a measurement tells
     }
-    const struct {
-        const char* name;
-        InstructionSet set;
-        const typed::KernelSet& kernels;
-    } sets[] = {{"sse2", InstructionSet::kSse2, typed::kSse2Kernels},
-                {"avx2", InstructionSet::kAvx2, typed::kAvx2Kernels},
-                {"avx512", InstructionSet::kAvx512, typed::kAvx512Kernels}};
-    for (const auto& set : sets) {
-        if (std::strcmp(forced, set.name) != 0) {
+    for (const typed::KernelVariant& variant : typed::KernelVariants()) {
+        if (std::strcmp(forced, variant.name) != 0) {
             continue;
         }
-        if (typed::SupportedInstructionSet() < set.set) {
+        if (typed::SupportedInstructionSet() < variant.needs) {
+            EXPECT_LE(chosen.needs, variant.needs) << "a variant up to the named one's set";
             GTEST_SKIP() << "this processor or system has no " << forced;
         }
-        EXPECT_EQ(typed::ChosenInstructionSet(), set.set);
-        EXPECT_EQ(typed::ChosenKernels().fixed, set.kernels.fixed);
-        EXPECT_EQ(typed::ChosenKernels().keyed, set.kernels.keyed);
+        EXPECT_STREQ(chosen.name, forced);
         return;
     }
-    FAIL() << "OSTREL_CPU=" << forced << " names no instruction set";
+    FAIL() << "OSTREL_CPU=" << forced << " names no kernel variant";
+}
+
+// The variants differ in how they fetch one preset's table, and only there.
+TEST(InstructionSet, VariantsShareTheirPerPixelTables) {
+    const auto variants = typed::KernelVariants();
+    ASSERT_EQ(variants.size(), 5u);
+    for (std::size_t v = 1; v < variants.size(); ++v) {
+        EXPECT_NE(variants[v].kernels->fixed, variants[v - 1].kernels->fixed) << variants[v].name;
+        if (variants[v].needs == variants[v - 1].needs) {
+            EXPECT_EQ(variants[v].kernels->mapped, variants[v - 1].kernels->mapped);
+            EXPECT_EQ(variants[v].kernels->keyed, variants[v - 1].kernels->keyed);
+        }
+    }
 }
 
 // What the processor and the system support, against the compiler's own reading of them (which

@@ -1,0 +1,15 @@
+// Which kernel variant looks tables up fastest on this processor, by measuring them.
+#pragma once
+
+#include <span>
+
+#include "kernel_set.h"
+
+namespace vz::typed {
+
+// Times each candidate's uniform-preset UInt16 -> Float kernel, the conversion of a camera's
+// frames, on a small synthetic frame (a few hundred microseconds in all) and returns the fastest.
+// The first candidate when there is only one. Candidates must not be empty.
+const KernelVariant& FastestVariant(std::span<const KernelVariant* const> candidates);
+
+} // namespace vz::typed
