@@ -4,20 +4,9 @@ lines): the best rate of each variant in MP/s per frame, as a ratio to the faste
 of the same run, and to numpy's take.
 
 usage: summarize_variants.py BENCH.json [NUMPY.txt]"""
-import json
 import sys
 
-FRAMES = ["640x512", "4096x3072"]
-
-
-def best_rates(path):
-    best = {}
-    for run in json.load(open(path))["benchmarks"]:
-        if run.get("run_type") != "iteration" or "items_per_second" not in run:
-            continue
-        name = run["run_name"].removesuffix("/real_time")
-        best[name] = max(best.get(name, 0.0), run["items_per_second"] / 1e6)
-    return best
+from summarize import FRAMES, best_rates
 
 
 def main():
