@@ -1,9 +1,11 @@
 // Eight pixels at a time with AVX2: indices, unit conversion and stores in whole registers; the
-// table entries loaded one by one, or one preset's gathered. Status bytes are always loaded one by
-// one: a gather of 32-bit words would read past the end of the table. Loads and stores are
-// unaligned, and no vector is kept in an array: see the note where the flags are set.
+// table entries loaded one by one, or one preset's gathered. Status bytes are computed from the
+// runs of one preset's table, or else loaded one by one: a gather of 32-bit words would read past
+// the end of the table. Loads and stores are unaligned, and no vector is kept in an array: see
+// the note where the flags are set.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,14 +17,17 @@
 #include "isa_namespace.h"
 #include "lut_sources.h"
 #include "packed_rules.h"
+#include "status_runs.h"
 #include "unit_formulas.h"
 
 OSTREL_ISA_BEGIN
 
 struct Lanes {
     static constexpr std::size_t kCount = 8;
+    // A group's indices, as numbers for the loads and as 16-bit lanes for the vector operations.
     struct Indices {
         std::uint32_t at[kCount];
+        __m128i lanes;
     };
     using Floats = __m256;
 
@@ -35,15 +40,29 @@ struct Lanes {
             for (std::size_t j = 0; j < kCount; ++j) {
                 indices.at[j] = CountIndex(x[j]);
             }
-        } else if constexpr (std::is_unsigned_v<In> && sizeof(In) <= 2) {
-            // One load for the eight narrow inputs.
-            In inputs[kCount];
+            indices.lanes =
+                Narrowed(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(indices.at)));
+        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
+            // The inputs are the indices, read as two words. The lanes are made from the words:
+            // loaded apart, the compiler would pass the inputs through the stack.
+            std::uint64_t words[2];
+            std::memcpy(words, x, sizeof words);
+            for (std::size_t j = 0; j < kCount; ++j) {
+                indices.at[j] = static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
+            }
+            indices.lanes = _mm_insert_epi64(_mm_cvtsi64_si128(static_cast<long long>(words[0])),
+                                             static_cast<long long>(words[1]), 1);
+        } else if constexpr (std::is_same_v<In, std::uint8_t>) {
+            std::uint8_t inputs[kCount];
             std::memcpy(inputs, x, sizeof inputs);
             for (std::size_t j = 0; j < kCount; ++j) {
                 indices.at[j] = inputs[j];
             }
+            indices.lanes = _mm_cvtepu8_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(x)));
         } else {
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(indices.at), Clamped(x));
+            const __m256i clamped = Clamped(x);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(indices.at), clamped);
+            indices.lanes = Narrowed(clamped);
         }
         return indices;
     }
@@ -51,8 +70,7 @@ struct Lanes {
     template <Fetch kFetch, class Source>
     static __m256 Values(const Source& luts, std::size_t k, const Indices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
-            const __m256i at = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(i.at));
-            return _mm256_i32gather_ps(luts.lut.values, at, 4);
+            return _mm256_i32gather_ps(luts.lut.values, _mm256_cvtepu16_epi32(i.lanes), 4);
         }
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[i.at[j]]; };
         return _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4), value(5), value(6),
@@ -67,6 +85,20 @@ struct Lanes {
             marks[j] = LutAt(luts, k + j).status[i.at[j]];
         }
         std::memcpy(status, marks, sizeof marks);
+    }
+
+    // Status from one table's runs: each lane counts the runs it is beyond, and the count picks
+    // the mark. The comparisons are signed: indices and starts are biased by half their range.
+    static void StoreStatus(unsigned char* status, const StatusRuns& runs, const Indices& i) {
+        const __m128i bias = _mm_set1_epi16(INT16_MIN);
+        const __m128i at = _mm_xor_si128(i.lanes, bias);
+        __m128i run = _mm_setzero_si128();
+        for (std::size_t r = 1; r < StatusRuns::kCount; ++r) {
+            const __m128i last = _mm_set1_epi16(static_cast<short>(runs.starts[r] - 1));
+            run = _mm_sub_epi16(run, _mm_cmpgt_epi16(at, _mm_xor_si128(last, bias)));
+        }
+        const __m128i marks = _mm_shuffle_epi8(Marks(runs), _mm_packus_epi16(run, run));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(status), marks);
     }
 
     // The eight values go through the same double operations, lane by lane, as one value does.
@@ -101,6 +133,18 @@ struct Lanes {
     }
 
 private:
+    // The runs' marks in the first bytes.
+    static __m128i Marks(const StatusRuns& runs) {
+        const auto m = [&runs](std::size_t r) { return static_cast<char>(runs.marks[r]); };
+        return _mm_setr_epi8(m(0), m(1), m(2), m(3), m(4), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    }
+
+    // Eight indices of 32 bits as 16-bit lanes.
+    static __m128i Narrowed(__m256i indices) {
+        return _mm_packus_epi32(_mm256_castsi256_si128(indices),
+                                _mm256_extracti128_si256(indices, 1));
+    }
+
     // CountIndex of eight inputs in 32-bit lanes.
     template <class In> static __m256i Clamped(const In* x) {
         const __m256i zero = _mm256_setzero_si256();

@@ -1,11 +1,13 @@
 // Sixteen pixels at a time with AVX-512 (the foundation set, AVX512F, only): indices, unit
 // conversion and stores in whole registers; the table entries and status bytes loaded one by one,
-// or one preset's gathered. Loads and stores are unaligned, and no vector is kept in an array: see
-// the note where the flags are set.
+// or one preset's gathered, and status bytes computed from the runs of one preset's table. Loads
+// and stores are unaligned, and no vector is kept in an array: see the note where the flags are
+// set.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include <immintrin.h>
@@ -13,65 +15,49 @@
 #include "element_rules.h"
 #include "isa_namespace.h"
 #include "lut_sources.h"
+#include "status_runs.h"
 #include "unit_formulas.h"
 
 OSTREL_ISA_BEGIN
 
 struct Lanes {
     static constexpr std::size_t kCount = 16;
-    using Indices = __m512i;
     using Floats = __m512;
 
-    // CountIndex of sixteen inputs in 32-bit lanes, all read before anything is written.
-    template <class In> static __m512i CountIndices(const In* x) {
-        const __m512i zero = _mm512_setzero_si512();
-        const __m512i top = _mm512_set1_epi32(65535);
-        if constexpr (std::is_same_v<In, float>) {
-            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
-            const __m512 clamped = _mm512_min_ps(
-                _mm512_max_ps(_mm512_loadu_ps(x), _mm512_setzero_ps()), _mm512_set1_ps(65535.0f));
-            return _mm512_cvttps_epi32(clamped);
-        } else if constexpr (std::is_same_v<In, double>) {
-            const auto clamp = [](__m512d v) {
-                return _mm512_cvttpd_epi32(
-                    _mm512_min_pd(_mm512_max_pd(v, _mm512_setzero_pd()), _mm512_set1_pd(65535.0)));
-            };
-            return Joined(clamp(_mm512_loadu_pd(x)), clamp(_mm512_loadu_pd(x + 8)));
-        } else if constexpr (std::is_same_v<In, std::int64_t>) {
-            const auto clamp = [](__m512i v) {
-                return _mm512_cvtepi64_epi32(_mm512_min_epi64(
-                    _mm512_max_epi64(v, _mm512_setzero_si512()), _mm512_set1_epi64(65535)));
-            };
-            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
-        } else if constexpr (std::is_same_v<In, std::uint64_t>) {
-            const auto clamp = [](__m512i v) {
-                return _mm512_cvtepi64_epi32(_mm512_min_epu64(v, _mm512_set1_epi64(65535)));
-            };
-            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
-        } else if constexpr (std::is_same_v<In, std::int32_t>) {
-            return _mm512_min_epi32(_mm512_max_epi32(_mm512_loadu_si512(x), zero), top);
-        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
-            return _mm512_min_epu32(_mm512_loadu_si512(x), top);
-        } else if constexpr (std::is_same_v<In, std::int16_t>) {
-            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
-            return _mm512_max_epi32(_mm512_cvtepi16_epi32(v), zero);
-        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
-            return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)));
-        } else if constexpr (std::is_same_v<In, std::int8_t>) {
-            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
-            return _mm512_max_epi32(_mm512_cvtepi8_epi32(v), zero);
-        } else {
-            static_assert(std::is_same_v<In, std::uint8_t>);
-            return _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+    // Sixteen indices of 16 bits, four to a 64-bit word: read a word at a time and taken apart
+    // with shifts, they cost a quarter of the extractions from a vector one by one.
+    struct Packed {
+        std::uint64_t words[4];
+        std::uint32_t Index(std::size_t j) const {
+            return static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
         }
+    };
+    // A group's indices in 32-bit lanes for the vector operations, and packed for the loads.
+    struct Indices {
+        __m512i lanes;
+        Packed packed;
+    };
+
+    // CountIndex of sixteen inputs, all read before anything is written. Unsigned 16-bit inputs
+    // are packed indices already.
+    template <class In> static Indices CountIndices(const In* x) {
+        Indices i;
+        i.lanes = Clamped(x);
+        if constexpr (std::is_same_v<In, std::uint16_t>) {
+            std::memcpy(i.packed.words, x, sizeof i.packed.words);
+        } else {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(i.packed.words),
+                                _mm512_cvtepi32_epi16(i.lanes));
+        }
+        return i;
     }
 
     template <Fetch kFetch, class Source>
-    static __m512 Values(const Source& luts, std::size_t k, __m512i i) {
+    static __m512 Values(const Source& luts, std::size_t k, const Indices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
-            return _mm512_i32gather_ps(i, luts.lut.values, 4);
+            return _mm512_i32gather_ps(i.lanes, luts.lut.values, 4);
         }
-        const Packed at = Pack(i);
+        const Packed& at = i.packed;
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at.Index(j)]; };
         // Lanes put together in registers: sixteen scalar stores read back as one vector would
         // wait for each store to reach the cache.
@@ -86,12 +72,13 @@ struct Lanes {
     // Gathered status bytes come as 32-bit words, of which the low byte is kept. A word at one of
     // the table's last three indices would reach past its end: those lanes are read alone.
     template <Fetch kFetch, class Source>
-    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k, __m512i i) {
+    static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k,
+                            const Indices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
-            StoreGatheredStatus(status, luts, i);
+            StoreGatheredStatus(status, luts, i.lanes);
             return;
         }
-        const Packed at = Pack(i);
+        const Packed& at = i.packed;
         for (std::size_t j = 0; j < kCount; ++j) {
             status[j] = LutAt(luts, k + j).status[at.Index(j)];
         }
@@ -108,6 +95,17 @@ struct Lanes {
                 status[j] = luts.lut.status[at[j]];
             }
         }
+    }
+
+    // Status from one table's runs.
+    static void StoreStatus(unsigned char* status, const StatusRuns& runs, const Indices& i) {
+        __m512i marks = _mm512_set1_epi32(runs.marks[0]);
+        for (std::size_t r = 1; r < StatusRuns::kCount; ++r) {
+            const __mmask16 beyond =
+                _mm512_cmpge_epi32_mask(i.lanes, _mm512_set1_epi32(runs.starts[r]));
+            marks = _mm512_mask_mov_epi32(marks, beyond, _mm512_set1_epi32(runs.marks[r]));
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(status), _mm512_cvtepi32_epi8(marks));
     }
 
     // The sixteen values go through the same double operations, lane by lane, as one value does.
@@ -165,18 +163,48 @@ struct Lanes {
     }
 
 private:
-    // Sixteen indices of 16 bits, four to a 64-bit word: read a word at a time and taken apart
-    // with shifts, they cost a quarter of the extractions from the vector one by one.
-    struct Packed {
-        std::uint64_t words[4];
-        std::uint32_t Index(std::size_t j) const {
-            return static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
+    // CountIndex of sixteen inputs in 32-bit lanes.
+    template <class In> static __m512i Clamped(const In* x) {
+        const __m512i zero = _mm512_setzero_si512();
+        const __m512i top = _mm512_set1_epi32(65535);
+        if constexpr (std::is_same_v<In, float>) {
+            // maxps returns its second operand for NaN and zeros: NaN and -0 give 0.
+            const __m512 clamped = _mm512_min_ps(
+                _mm512_max_ps(_mm512_loadu_ps(x), _mm512_setzero_ps()), _mm512_set1_ps(65535.0f));
+            return _mm512_cvttps_epi32(clamped);
+        } else if constexpr (std::is_same_v<In, double>) {
+            const auto clamp = [](__m512d v) {
+                return _mm512_cvttpd_epi32(
+                    _mm512_min_pd(_mm512_max_pd(v, _mm512_setzero_pd()), _mm512_set1_pd(65535.0)));
+            };
+            return Joined(clamp(_mm512_loadu_pd(x)), clamp(_mm512_loadu_pd(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::int64_t>) {
+            const auto clamp = [](__m512i v) {
+                return _mm512_cvtepi64_epi32(_mm512_min_epi64(
+                    _mm512_max_epi64(v, _mm512_setzero_si512()), _mm512_set1_epi64(65535)));
+            };
+            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::uint64_t>) {
+            const auto clamp = [](__m512i v) {
+                return _mm512_cvtepi64_epi32(_mm512_min_epu64(v, _mm512_set1_epi64(65535)));
+            };
+            return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
+        } else if constexpr (std::is_same_v<In, std::int32_t>) {
+            return _mm512_min_epi32(_mm512_max_epi32(_mm512_loadu_si512(x), zero), top);
+        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
+            return _mm512_min_epu32(_mm512_loadu_si512(x), top);
+        } else if constexpr (std::is_same_v<In, std::int16_t>) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
+            return _mm512_max_epi32(_mm512_cvtepi16_epi32(v), zero);
+        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
+            return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)));
+        } else if constexpr (std::is_same_v<In, std::int8_t>) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+            return _mm512_max_epi32(_mm512_cvtepi8_epi32(v), zero);
+        } else {
+            static_assert(std::is_same_v<In, std::uint8_t>);
+            return _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
         }
-    };
-    static Packed Pack(__m512i i) {
-        Packed packed;
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(packed.words), _mm512_cvtepi32_epi16(i));
-        return packed;
     }
 
     static __m256 Low(__m512 t) { return _mm512_castps512_ps256(t); }

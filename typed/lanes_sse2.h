@@ -1,5 +1,5 @@
 // Four pixels at a time with SSE2, the baseline every x86-64 processor has: table entries are
-// loaded one by one.
+// loaded one by one, status bytes too unless they are computed from the runs of one table.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +11,7 @@
 #include "isa_namespace.h"
 #include "lut_sources.h"
 #include "packed_rules.h"
+#include "status_runs.h"
 #include "unit_formulas.h"
 
 OSTREL_ISA_BEGIN
@@ -42,6 +43,23 @@ struct Lanes {
             LutAt(luts, k).status[i.at[0]], LutAt(luts, k + 1).status[i.at[1]],
             LutAt(luts, k + 2).status[i.at[2]], LutAt(luts, k + 3).status[i.at[3]]};
         std::memcpy(status, marks, sizeof marks);
+    }
+
+    // Status from one table's runs, compared in 32-bit lanes: the last start is beyond 16 bits.
+    static void StoreStatus(unsigned char* status, const StatusRuns& runs, const Indices& i) {
+        std::uint64_t indices;
+        std::memcpy(&indices, i.at, sizeof indices);
+        const __m128i at = _mm_unpacklo_epi16(_mm_cvtsi64_si128(static_cast<long long>(indices)),
+                                              _mm_setzero_si128());
+        __m128i marks = _mm_set1_epi32(runs.marks[0]);
+        for (std::size_t r = 1; r < StatusRuns::kCount; ++r) {
+            const __m128i beyond = _mm_cmpgt_epi32(at, _mm_set1_epi32(runs.starts[r] - 1));
+            const __m128i flip = _mm_set1_epi32(runs.marks[r] ^ runs.marks[r - 1]);
+            marks = _mm_xor_si128(marks, _mm_and_si128(beyond, flip));
+        }
+        const __m128i halves = _mm_packs_epi32(marks, marks);
+        const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(halves, halves));
+        std::memcpy(status, &bytes, sizeof bytes);
     }
 
     // The four values go through the same double operations, lane by lane, as one value does.
