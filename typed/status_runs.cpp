@@ -42,8 +42,9 @@ bool FindStatusRuns(const unsigned char* status, StatusRuns& runs) {
     std::uint32_t at = 0;
     for (std::size_t r = 0; r < StatusRuns::kCount; ++r) {
         runs.starts[r] = static_cast<std::int32_t>(at);
-        runs.marks[r] = status[at < kLutSize ? at : kLutSize - 1];
+        runs.marks[r] = 0;
         if (at < kLutSize) {
+            runs.marks[r] = status[at];
             at = NextRun(status, at, runs.marks[r]);
         }
     }

@@ -12,8 +12,8 @@ namespace vz::typed {
 
 struct StatusRuns {
     static constexpr std::size_t kCount = 5;
-    // Run r holds marks[r] from starts[r] up to the next run's start; starts[0] is 0. A table with
-    // fewer runs repeats its last one, starting beyond every index (kLutSize).
+    // Run r holds marks[r] from starts[r] up to the next run's start; starts[0] is 0. The runs a
+    // table lacks start beyond every index, at kLutSize.
     std::int32_t starts[kCount];
     unsigned char marks[kCount];
 };

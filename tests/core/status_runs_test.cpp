@@ -12,6 +12,7 @@
 #include "kernel_calls.h"
 #include "lut_bounds.h"
 #include "reference_rules.h"
+#include "status_runs.h"
 
 namespace vz::testing {
 namespace {
@@ -64,6 +65,31 @@ std::vector<TableCase> TableCases() {
              return table;
          }()},
     };
+}
+
+// The scan finds the runs of every table that has at most five, so that whole frames of a
+// bounded table never fall back to loading their status bytes.
+TEST(StatusRuns, DescribeEveryTableOfUpToFiveRuns) {
+    for (const TableCase& table : TableCases()) {
+        SCOPED_TRACE(table.name);
+        std::size_t runCount = 1;
+        for (std::uint32_t i = 1; i < kLutSize; ++i) {
+            runCount += table.table[i] != table.table[i - 1];
+        }
+        typed::StatusRuns runs;
+        ASSERT_EQ(typed::FindStatusRuns(table.table.data(), runs), runCount <= 5);
+        if (runCount > 5) {
+            continue;
+        }
+        EXPECT_EQ(runs.starts[0], 0);
+        for (std::uint32_t i = 0; i < kLutSize; ++i) {
+            std::size_t r = 0;
+            for (std::size_t later = 1; later < typed::StatusRuns::kCount; ++later) {
+                r += static_cast<std::int64_t>(i) >= runs.starts[later];
+            }
+            ASSERT_EQ(runs.marks[r], table.table[i]) << "count " << i;
+        }
+    }
 }
 
 // Every index at least once, in an order that puts neighbours in different lanes, then values
