@@ -27,6 +27,14 @@
 
 OSTREL_ISA_BEGIN
 
+// Under AddressSanitizer, inlining every call of every loop instance takes GCC many minutes per
+// instruction set, for timings that mean nothing there.
+#if defined(__SANITIZE_ADDRESS__)
+#define OSTREL_FLATTEN
+#else
+#define OSTREL_FLATTEN [[gnu::flatten]]
+#endif
+
 // Temperatures left in the LUT unit.
 struct KeepUnit {
     template <class T> T operator()(T t) const { return t; }
@@ -49,8 +57,8 @@ enum class StatusFrom { kNowhere, kTables, kRuns };
 // its status bytes. Everything a group does is inlined: the compiler would otherwise call out
 // for a group's loads once the loop has several instances, at half the speed.
 template <StatusFrom kStatus, Fetch kFetch, class In, class Out, class Source, class Unit>
-[[gnu::flatten]] void LookUpLoop(const In* in, Out* out, ApiUInt32 n, unsigned char* status,
-                                 const Source luts, const Unit unit, const StatusRuns runs) {
+OSTREL_FLATTEN void LookUpLoop(const In* in, Out* out, ApiUInt32 n, unsigned char* status,
+                               const Source luts, const Unit unit, const StatusRuns runs) {
     const std::size_t count = n;
     std::size_t k = 0;
     for (; count - k >= Lanes::kCount; k += Lanes::kCount) {
