@@ -33,7 +33,8 @@ struct Lanes {
 
     // CountIndex of eight inputs, all read before anything is written. Unsigned 8- and 16-bit
     // inputs are their own indices and 64-bit integers have no packed comparisons in AVX2: those
-    // go one by one; the others are clamped in one register.
+    // go one by one; the other narrow ones are clamped in 16-bit lanes, the wide ones in 32-bit
+    // lanes.
     template <class In> static Indices CountIndices(const In* x) {
         Indices indices;
         if constexpr (std::is_integral_v<In> && sizeof(In) == 8) {
@@ -47,9 +48,7 @@ struct Lanes {
             // loaded apart, the compiler would pass the inputs through the stack.
             std::uint64_t words[2];
             std::memcpy(words, x, sizeof words);
-            for (std::size_t j = 0; j < kCount; ++j) {
-                indices.at[j] = static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
-            }
+            Unpack(words, indices.at);
             indices.lanes = _mm_insert_epi64(_mm_cvtsi64_si128(static_cast<long long>(words[0])),
                                              static_cast<long long>(words[1]), 1);
         } else if constexpr (std::is_same_v<In, std::uint8_t>) {
@@ -59,6 +58,18 @@ struct Lanes {
                 indices.at[j] = inputs[j];
             }
             indices.lanes = _mm_cvtepu8_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(x)));
+        } else if constexpr (sizeof(In) <= 2) {
+            __m128i v;
+            if constexpr (sizeof(In) == 2) {
+                v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+            } else {
+                v = _mm_cvtepi8_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(x)));
+            }
+            indices.lanes = _mm_max_epi16(v, _mm_setzero_si128());
+            const std::uint64_t words[2] = {
+                static_cast<std::uint64_t>(_mm_cvtsi128_si64(indices.lanes)),
+                static_cast<std::uint64_t>(_mm_extract_epi64(indices.lanes, 1))};
+            Unpack(words, indices.at);
         } else {
             const __m256i clamped = Clamped(x);
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(indices.at), clamped);
@@ -133,6 +144,13 @@ struct Lanes {
     }
 
 private:
+    // Eight 16-bit indices, four to a 64-bit word, taken apart with shifts.
+    static void Unpack(const std::uint64_t (&words)[2], std::uint32_t (&at)[kCount]) {
+        for (std::size_t j = 0; j < kCount; ++j) {
+            at[j] = static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
+        }
+    }
+
     // The runs' marks in the first bytes.
     static __m128i Marks(const StatusRuns& runs) {
         const auto m = [&runs](std::size_t r) { return static_cast<char>(runs.marks[r]); };
@@ -145,7 +163,7 @@ private:
                                 _mm256_extracti128_si256(indices, 1));
     }
 
-    // CountIndex of eight inputs in 32-bit lanes.
+    // CountIndex of eight wider inputs in 32-bit lanes.
     template <class In> static __m256i Clamped(const In* x) {
         const __m256i zero = _mm256_setzero_si256();
         const __m256i top = _mm256_set1_epi32(65535);
@@ -163,15 +181,9 @@ private:
         } else if constexpr (std::is_same_v<In, std::int32_t>) {
             const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
             return _mm256_min_epi32(_mm256_max_epi32(v, zero), top);
-        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
-            return _mm256_min_epu32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)), top);
-        } else if constexpr (std::is_same_v<In, std::int16_t>) {
-            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
-            return _mm256_max_epi32(_mm256_cvtepi16_epi32(v), zero);
         } else {
-            static_assert(std::is_same_v<In, std::int8_t>);
-            const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(x));
-            return _mm256_max_epi32(_mm256_cvtepi8_epi32(v), zero);
+            static_assert(std::is_same_v<In, std::uint32_t>);
+            return _mm256_min_epu32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)), top);
         }
     }
 };

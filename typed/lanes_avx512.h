@@ -24,40 +24,66 @@ struct Lanes {
     static constexpr std::size_t kCount = 16;
     using Floats = __m512;
 
-    // Sixteen indices of 16 bits, four to a 64-bit word: read a word at a time and taken apart
-    // with shifts, they cost a quarter of the extractions from a vector one by one.
-    struct Packed {
+    // A group's indices as the loads take them. Sixteen of 16 bits, four to a 64-bit word: read a
+    // word at a time and taken apart with shifts, they cost a quarter of the extractions from a
+    // vector one by one. Unsigned 8-bit inputs are their own indices, which a load takes as an
+    // address byte by byte at no further cost.
+    struct Words {
         std::uint64_t words[4];
         std::uint32_t Index(std::size_t j) const {
             return static_cast<std::uint32_t>(words[j / 4] >> (16 * (j % 4))) & 0xFFFF;
         }
     };
-    // A group's indices in 32-bit lanes for the vector operations, and packed for the loads.
-    struct Indices {
+    struct Bytes {
+        std::uint8_t bytes[kCount];
+        std::uint32_t Index(std::size_t j) const { return bytes[j]; }
+    };
+    // A group's indices in 32-bit lanes for the vector operations, and as the loads take them.
+    template <class Packed> struct Indices {
         __m512i lanes;
         Packed packed;
     };
 
-    // CountIndex of sixteen inputs, all read before anything is written. Unsigned 16-bit inputs
-    // are packed indices already.
-    template <class In> static Indices CountIndices(const In* x) {
-        Indices i;
-        i.lanes = Clamped(x);
-        if constexpr (std::is_same_v<In, std::uint16_t>) {
-            std::memcpy(i.packed.words, x, sizeof i.packed.words);
+    // CountIndex of sixteen inputs, all read before anything is written. Unsigned 8- and 16-bit
+    // inputs are their own indices; the signed ones are clamped in 16-bit lanes, the wider ones in
+    // 32-bit lanes.
+    template <class In> static auto CountIndices(const In* x) {
+        if constexpr (std::is_same_v<In, std::uint8_t>) {
+            Indices<Bytes> i;
+            std::memcpy(i.packed.bytes, x, sizeof i.packed.bytes);
+            i.lanes = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+            return i;
         } else {
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(i.packed.words),
-                                _mm512_cvtepi32_epi16(i.lanes));
+            Indices<Words> i;
+            auto* words = reinterpret_cast<__m256i*>(i.packed.words);
+            if constexpr (std::is_same_v<In, std::uint16_t>) {
+                std::memcpy(i.packed.words, x, sizeof i.packed.words);
+                i.lanes =
+                    _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)));
+            } else if constexpr (sizeof(In) <= 2) {
+                __m256i v;
+                if constexpr (sizeof(In) == 2) {
+                    v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
+                } else {
+                    v = _mm256_cvtepi8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+                }
+                const __m256i clamped = _mm256_max_epi16(v, _mm256_setzero_si256());
+                _mm256_storeu_si256(words, clamped);
+                i.lanes = _mm512_cvtepu16_epi32(clamped);
+            } else {
+                i.lanes = Clamped(x);
+                _mm256_storeu_si256(words, _mm512_cvtepi32_epi16(i.lanes));
+            }
+            return i;
         }
-        return i;
     }
 
-    template <Fetch kFetch, class Source>
-    static __m512 Values(const Source& luts, std::size_t k, const Indices& i) {
+    template <Fetch kFetch, class Source, class GroupIndices>
+    static __m512 Values(const Source& luts, std::size_t k, const GroupIndices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
             return _mm512_i32gather_ps(i.lanes, luts.lut.values, 4);
         }
-        const Packed& at = i.packed;
+        const auto& at = i.packed;
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at.Index(j)]; };
         // Lanes put together in registers: sixteen scalar stores read back as one vector would
         // wait for each store to reach the cache.
@@ -71,14 +97,14 @@ struct Lanes {
 
     // Gathered status bytes come as 32-bit words, of which the low byte is kept. A word at one of
     // the table's last three indices would reach past its end: those lanes are read alone.
-    template <Fetch kFetch, class Source>
+    template <Fetch kFetch, class Source, class GroupIndices>
     static void StoreStatus(unsigned char* status, const Source& luts, std::size_t k,
-                            const Indices& i) {
+                            const GroupIndices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
             StoreGatheredStatus(status, luts, i.lanes);
             return;
         }
-        const Packed& at = i.packed;
+        const auto& at = i.packed;
         for (std::size_t j = 0; j < kCount; ++j) {
             status[j] = LutAt(luts, k + j).status[at.Index(j)];
         }
@@ -98,7 +124,8 @@ struct Lanes {
     }
 
     // Status from one table's runs.
-    static void StoreStatus(unsigned char* status, const StatusRuns& runs, const Indices& i) {
+    template <class GroupIndices>
+    static void StoreStatus(unsigned char* status, const StatusRuns& runs, const GroupIndices& i) {
         __m512i marks = _mm512_set1_epi32(runs.marks[0]);
         for (std::size_t r = 1; r < StatusRuns::kCount; ++r) {
             const __mmask16 beyond =
@@ -163,7 +190,7 @@ struct Lanes {
     }
 
 private:
-    // CountIndex of sixteen inputs in 32-bit lanes.
+    // CountIndex of sixteen wider inputs in 32-bit lanes.
     template <class In> static __m512i Clamped(const In* x) {
         const __m512i zero = _mm512_setzero_si512();
         const __m512i top = _mm512_set1_epi32(65535);
@@ -191,19 +218,9 @@ private:
             return Joined(clamp(_mm512_loadu_si512(x)), clamp(_mm512_loadu_si512(x + 8)));
         } else if constexpr (std::is_same_v<In, std::int32_t>) {
             return _mm512_min_epi32(_mm512_max_epi32(_mm512_loadu_si512(x), zero), top);
-        } else if constexpr (std::is_same_v<In, std::uint32_t>) {
-            return _mm512_min_epu32(_mm512_loadu_si512(x), top);
-        } else if constexpr (std::is_same_v<In, std::int16_t>) {
-            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(x));
-            return _mm512_max_epi32(_mm512_cvtepi16_epi32(v), zero);
-        } else if constexpr (std::is_same_v<In, std::uint16_t>) {
-            return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(x)));
-        } else if constexpr (std::is_same_v<In, std::int8_t>) {
-            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
-            return _mm512_max_epi32(_mm512_cvtepi8_epi32(v), zero);
         } else {
-            static_assert(std::is_same_v<In, std::uint8_t>);
-            return _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)));
+            static_assert(std::is_same_v<In, std::uint32_t>);
+            return _mm512_min_epu32(_mm512_loadu_si512(x), top);
         }
     }
 
