@@ -144,7 +144,11 @@ __attribute__((target("avx2"))) void LookupGatherAvx2(Data& d, std::size_t n) {
     for (; n - k >= 8; k += 8) {
         const __m256i i =
             _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in + k)));
-        _mm256_storeu_ps(out + k, _mm256_i32gather_ps(lut, i, 4));
+        // An opaque all-ones mask keeps the zeroed destination: a gather into the previous
+        // group's register would wait for that group.
+        __m256 all = _mm256_castsi256_ps(_mm256_set1_epi32(-1));
+        __asm__("" : "+x"(all));
+        _mm256_storeu_ps(out + k, _mm256_mask_i32gather_ps(_mm256_setzero_ps(), lut, i, all, 4));
     }
     for (; k < n; ++k) {
         out[k] = lut[in[k]];
@@ -159,7 +163,9 @@ __attribute__((target("avx512f,avx512bw"))) void LookupGatherAvx512(Data& d, std
     for (; n - k >= 16; k += 16) {
         const __m512i i =
             _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + k)));
-        _mm512_storeu_ps(out + k, _mm512_i32gather_ps(i, lut, 4));
+        __mmask16 all = 0xFFFF;
+        __asm__("" : "+r"(all));
+        _mm512_storeu_ps(out + k, _mm512_mask_i32gather_ps(_mm512_setzero_ps(), all, i, lut, 4));
     }
     for (; k < n; ++k) {
         out[k] = lut[in[k]];

@@ -81,7 +81,13 @@ struct Lanes {
     template <Fetch kFetch, class Source>
     static __m256 Values(const Source& luts, std::size_t k, const Indices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
-            return _mm256_i32gather_ps(luts.lut.values, _mm256_cvtepu16_epi32(i.lanes), 4);
+            // Gathered into a zeroed register: the gather keeps the lanes it skips, so into one
+            // left as it was it would wait for the previous group's results. The compiler drops
+            // the zeroing when it can see that the mask is all ones.
+            __m256 all = _mm256_castsi256_ps(_mm256_set1_epi32(-1));
+            __asm__("" : "+x"(all));
+            return _mm256_mask_i32gather_ps(_mm256_setzero_ps(), luts.lut.values,
+                                            _mm256_cvtepu16_epi32(i.lanes), all, 4);
         }
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[i.at[j]]; };
         return _mm256_setr_ps(value(0), value(1), value(2), value(3), value(4), value(5), value(6),

@@ -81,7 +81,10 @@ struct Lanes {
     template <Fetch kFetch, class Source, class GroupIndices>
     static __m512 Values(const Source& luts, std::size_t k, const GroupIndices& i) {
         if constexpr (kFetch == Fetch::kGather && std::is_same_v<Source, FixedLut>) {
-            return _mm512_i32gather_ps(i.lanes, luts.lut.values, 4);
+            // Into a zeroed register, behind a mask the compiler cannot see: as with AVX2.
+            __mmask16 all = 0xFFFF;
+            __asm__("" : "+r"(all));
+            return _mm512_mask_i32gather_ps(_mm512_setzero_ps(), all, i.lanes, luts.lut.values, 4);
         }
         const auto& at = i.packed;
         const auto value = [&](std::size_t j) { return LutAt(luts, k + j).values[at.Index(j)]; };
