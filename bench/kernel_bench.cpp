@@ -248,6 +248,7 @@ int main(int argc, char** argv) {
             frame, std::make_index_sequence<typed::kDataTypeCount * typed::kDataTypeCount>{});
         bench::RegisterVariants(frame);
     }
+    benchmark::AddCustomContext("chosen kernel variant", typed::ChosenVariant().name);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;

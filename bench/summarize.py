@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Markdown tables from ostrel_bench JSON output, one set per kernel path: best rate of all
-repetitions, in MP/s, beside the baselines of the same run, and the speed targets' ratios."""
+repetitions, in MP/s, beside the baselines of the same run, and the speed targets' ratios. The
+chosen path is the one the run reports, or the second argument."""
 import json
 import sys
 
@@ -9,9 +10,9 @@ FRAMES = ["640x512", "4096x3072"]
 PATHS = ["sse2", "avx2", "avx2-gather", "avx512", "avx512-gather"]
 
 
-def best_rates(path):
+def best_rates(data):
     best = {}
-    for run in json.load(open(path))["benchmarks"]:
+    for run in data["benchmarks"]:
         if run.get("run_type") != "iteration" or "items_per_second" not in run:
             continue
         name = run["run_name"].removesuffix("/real_time")
@@ -78,21 +79,54 @@ def converted_table(rate, paths):
     print()
 
 
-def main(json_path):
-    rate = best_rates(json_path)
-    paths = [p for p in PATHS if f"Kernel-{p}/UInt16/Float/{FRAMES[0]}" in rate]
-    big = FRAMES[-1]
-    print("| path | UInt16->Float K/S | K/L | with status / without | lowest pair K/S | toF time / same-unit time |")
-    print("|---|---:|---:|---:|---:|---:|")
+def targets_table(rate, paths):
+    print("| path | " + " | ".join(f"{what} {frame}" for what in
+          ("UInt16->Float K/S", "K/fastest path", "with status / without", "toF time / same-unit time")
+          for frame in FRAMES) + " |")
+    print("|---|" + "---:|" * 4 * len(FRAMES))
     for path in paths:
-        k = rate[f"Kernel-{path}/UInt16/Float/{big}"]
-        s, l = rate[f"Stream/UInt16/Float/{big}"], rate[f"Lookup/UInt16/Float/{big}"]
-        status = rate[f"Kernel-{path}/UInt16/Float/status/{big}"]
-        converted = rate[f"Kernel-{path}/UInt16/Float/toF/{big}"]
-        lowest = min(rate[f"Kernel-{path}/{a}/{b}/{big}"] / rate[f"Stream/{a}/{b}/{big}"]
-                     for a in TYPES for b in TYPES)
-        print(f"| {path} | {k / s:.2f} | {k / l:.2f} | {status / k:.2f} | {lowest:.2f} | {k / converted:.2f} |")
-    print(f"\n(at {big}; targets: 0.9, 1.8, 0.7, 0.5 and at most 1.2)\n")
+        cells = []
+        for measure in ("stream", "fastest", "status", "toF"):
+            for frame in FRAMES:
+                k = rate[f"Kernel-{path}/UInt16/Float/{frame}"]
+                if measure == "stream":
+                    value = k / rate[f"Stream/UInt16/Float/{frame}"]
+                elif measure == "fastest":
+                    value = k / max(rate[f"Kernel-{p}/UInt16/Float/{frame}"] for p in paths)
+                elif measure == "status":
+                    value = rate[f"Kernel-{path}/UInt16/Float/status/{frame}"] / k
+                else:
+                    value = k / rate[f"Kernel-{path}/UInt16/Float/toF/{frame}"]
+                cells.append(f"{value:.2f}")
+        print(f"| {path} | " + " | ".join(cells) + " |")
+    print("\n(targets: K/fastest at least 0.95, status at least 0.8, toF at most 1.2)\n")
+
+
+def lowest_pairs_table(rate, paths, chosen):
+    print(f"#### The five pairs of lowest kernel/stream ratio for {chosen}, against the fastest path "
+          "of each pair\n")
+    print("| Frame | In | Out | K/S | MP/s | fastest path | its MP/s | K/fastest |")
+    print("|---|---|---|---:|---:|---|---:|---:|")
+    for frame in FRAMES:
+        pairs = sorted((rate[f"Kernel-{chosen}/{a}/{b}/{frame}"] / rate[f"Stream/{a}/{b}/{frame}"], a, b)
+                       for a in TYPES for b in TYPES)
+        for ratio, a, b in pairs[:5]:
+            k = rate[f"Kernel-{chosen}/{a}/{b}/{frame}"]
+            best, top = max((rate[f"Kernel-{p}/{a}/{b}/{frame}"], p) for p in paths)
+            print(f"| {frame} | {a} | {b} | {ratio:.2f} | {k:.0f} | {top} | {best:.0f} | {k / best:.2f} |")
+    print()
+
+
+def main(json_path, chosen=None):
+    data = json.load(open(json_path))
+    chosen = chosen or data["context"].get("chosen kernel variant")
+    if chosen is None:
+        sys.exit("the run does not say which path the library chose: name it after the JSON file")
+    rate = best_rates(data)
+    paths = [p for p in PATHS if f"Kernel-{p}/UInt16/Float/{FRAMES[0]}" in rate]
+    print(f"Chosen path: {chosen}\n")
+    targets_table(rate, paths)
+    lowest_pairs_table(rate, paths, chosen)
     converted_table(rate, paths)
     for path in paths:
         pair_table(rate, path)
@@ -100,4 +134,4 @@ def main(json_path):
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(*sys.argv[1:3])

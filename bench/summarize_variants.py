@@ -4,6 +4,7 @@ lines): the best rate of each variant in MP/s per frame, as a ratio to the faste
 of the same run, and to numpy's take.
 
 usage: summarize_variants.py BENCH.json [NUMPY.txt]"""
+import json
 import sys
 
 from summarize import FRAMES, best_rates
@@ -12,7 +13,7 @@ from summarize import FRAMES, best_rates
 def main():
     if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
-    rate = best_rates(sys.argv[1])
+    rate = best_rates(json.load(open(sys.argv[1])))
     if len(sys.argv) == 3:
         for line in open(sys.argv[2]):
             name, value = line.split()
